@@ -1,0 +1,41 @@
+# What every target of the project shares: warnings, exact arithmetic, sanitizers, Qt's strictness.
+
+option(GRAMO_ASAN "AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(GRAMO_TSAN "ThreadSanitizer" OFF)
+
+function(gramo_target target)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+        -Wno-sign-conversion -Wnon-virtual-dtor -Werror)
+    # The decoder's results are the same on every machine: no fused multiply-add, no reordering.
+    target_compile_options(${target} PRIVATE -ffp-contract=off)
+    target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_KEYWORDS)
+    if(GRAMO_ASAN)
+        target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=undefined
+            -fno-omit-frame-pointer)
+        target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+    endif()
+    if(GRAMO_TSAN)
+        target_compile_options(${target} PRIVATE -fsanitize=thread -fno-omit-frame-pointer)
+        target_link_options(${target} PRIVATE -fsanitize=thread)
+    endif()
+endfunction()
+
+# The translations travel in the resources under ":/translations/".
+function(gramo_translations target)
+    file(GLOB ts_files CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/translations/*.ts)
+    if(ts_files)
+        qt_add_lrelease(${target} TS_FILES ${ts_files} QM_FILES_OUTPUT_VARIABLE qm_files)
+        qt_add_resources(${target} gramo_qm PREFIX "/translations" BASE ${CMAKE_BINARY_DIR}
+            FILES ${qm_files})
+    endif()
+endfunction()
+
+# Puts the delivered data folder beside the executable. A file that the user has changed there is kept.
+function(gramo_deliver_appdata target)
+    add_custom_target(appdata ALL
+        COMMAND ${CMAKE_COMMAND} -DFROM=${CMAKE_SOURCE_DIR}/appdata
+            -DTO=${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/AppData -DLAST=${CMAKE_BINARY_DIR}/delivered
+            -P ${CMAKE_SOURCE_DIR}/cmake/DeliverAppData.cmake
+        COMMENT "Delivering AppData" VERBATIM)
+    add_dependencies(${target} appdata)
+endfunction()

@@ -1,0 +1,77 @@
+// The curve file: i32 tempo, i32 count, then 23 bytes a point, little-endian.
+
+#include "angle.h"
+#include "qcurve.h"
+#include "state/recordingloopertraining.h"
+
+#include <QDataStream>
+#include <QFile>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr qint64 headerBytes = 8;
+constexpr qint64 recordBytes = 23;
+
+// The file counts the directions the other way round: 0 and 1 change places, anything else is undefined.
+std::int32_t otherDirection(std::int32_t direction) {
+    return direction == 1 ? 0 : direction == 0 ? 1 : 2;
+}
+
+qint32 truncated(double value) {
+    constexpr double limit = 2147483647.0;
+    return std::isnan(value) ? 0 : static_cast<qint32>(std::clamp(value, -limit - 1.0, limit));
+}
+
+} // namespace
+
+bool QCurve::saveToPath(const QString& path) const {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        return false;
+    }
+    QDataStream stream(&file);
+    stream.setByteOrder(QDataStream::LittleEndian);
+    const CurvePointStore::View all = points();
+    stream << truncated(m_recordingLooperTraining.bpmEffective()) << static_cast<qint32>(all.size());
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        const CurvePoint& point = all[i];
+        stream << truncated(point.time) << point.position << point.rawAngle
+               << static_cast<qint16>(otherDirection(point.direction)) << static_cast<qint8>(point.soundOn != 0);
+    }
+    return stream.status() == QDataStream::Ok && file.flush();
+}
+
+void QCurve::loadFromFile(const QString& fileName, bool loadBpm) {
+    resetCurve();
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return;
+    }
+    QDataStream stream(&file);
+    stream.setByteOrder(QDataStream::LittleEndian);
+    qint32 bpm = 0;
+    qint32 count = 0;
+    stream >> bpm >> count;
+    if (loadBpm) {
+        m_recordingLooperTraining.setBpmValue(bpm);
+    }
+    const qint64 held = std::max<qint64>(0, (file.size() - headerBytes) / recordBytes);
+    const bool trusted = count >= 0 && static_cast<std::size_t>(count) <= CurvePointStore::firstBlock;
+    const qint64 records = trusted ? count : held;
+    for (qint64 i = 0; i < records; ++i) {
+        qint32 time = 0;
+        qint16 direction = 0;
+        qint8 soundOn = 0;
+        CurvePoint point;
+        stream >> time >> point.position >> point.rawAngle >> direction >> soundOn;
+        point.time = time;
+        point.angle = reducedAngle(point.rawAngle);
+        point.direction = otherDirection(direction);
+        point.soundOn = soundOn != 0;
+        m_points.prepare();
+        m_points.append(point);
+    }
+}

@@ -1,0 +1,161 @@
+#include "timecoder.h"
+
+#include "pitchgains.h"
+
+#include <cassert>
+#include <cstdlib>
+
+namespace {
+
+constexpr double zeroTimeConstant = 0.001;         // seconds
+constexpr std::int32_t lineThreshold = 0x800000;   // 128 on the 16-bit scale
+constexpr std::int32_t phonoThreshold = 0x40000;   // 4 on the 16-bit scale
+constexpr std::uint32_t referenceAverage = 48;     // bits
+constexpr std::uint32_t validBits = 24;            // a longer run reports a position
+constexpr std::int32_t initialRefLevel = 0x7FFFFFFF;
+
+// The frame scale fills all 32 bits, so sums and differences wrap as machine words do.
+std::int32_t wrapAdd(std::int32_t a, std::int32_t b) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
+}
+
+std::int32_t wrapSub(std::int32_t a, std::int32_t b) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
+}
+
+void detectZeroCrossing(TimecoderChannel& ch, std::int32_t v, std::int32_t threshold, double alpha) {
+    ch.crossingTicker = wrapAdd(ch.crossingTicker, 1);
+    ch.swapped = false;
+    if (v > wrapAdd(ch.zero, threshold) && !ch.positive) {
+        ch.swapped = true;
+        ch.positive = true;
+        ch.crossingTicker = 0;
+    } else if (v < wrapSub(ch.zero, threshold) && ch.positive) {
+        ch.swapped = true;
+        ch.positive = false;
+        ch.crossingTicker = 0;
+    }
+    const double moved = double(ch.zero) + double(wrapSub(v, ch.zero)) * alpha;
+    ch.zero = static_cast<std::int32_t>(static_cast<std::int64_t>(moved));
+}
+
+void observePitch(PitchFilter& p, double dx) {
+    const double predicted = p.x + p.v * p.dt;
+    const double residual = dx - predicted;
+    p.x = predicted + residual * pitchAlpha;
+    p.v = p.v + residual * pitchBeta / p.dt;
+    p.x = p.x - dx;
+}
+
+void readBit(Timecoder& tc, std::int32_t m) {
+    const TimecodeDefinition& def = *tc.def;
+    const std::uint32_t b = tc.refLevel < m ? 1U : 0U;
+    const std::uint32_t top = 1U << (def.bits() - 1);
+    if (tc.forwards) {
+        tc.timecode = fwd(tc.timecode, def);
+        tc.bitstream = (tc.bitstream >> 1) | (b << (def.bits() - 1));
+    } else {
+        tc.timecode = rev(tc.timecode, def);
+        tc.bitstream = ((tc.bitstream << 1) & (top | (top - 1U))) | b;
+    }
+    if (tc.timecode == tc.bitstream) {
+        ++tc.validCounter;
+    } else {
+        tc.timecode = tc.bitstream;
+        tc.validCounter = 0;
+    }
+    tc.timecodeTicker = 0;
+    auto level = static_cast<std::uint32_t>(tc.refLevel);
+    level -= level / referenceAverage;
+    level += static_cast<std::uint32_t>(m) / referenceAverage;
+    tc.refLevel = static_cast<std::int32_t>(level);
+}
+
+void submitFrame(Timecoder& tc, std::int32_t v1, std::int32_t v2) {
+    TimecoderChannel& primary = *tc.primary;
+    TimecoderChannel& secondary = *tc.secondary;
+    detectZeroCrossing(primary, v1, tc.threshold, tc.zeroAlpha);
+    detectZeroCrossing(secondary, v2, tc.threshold, tc.zeroAlpha);
+
+    double dx = 0.0;
+    if (primary.swapped || secondary.swapped) {
+        bool f = primary.swapped ? primary.positive != secondary.positive
+                                 : primary.positive == secondary.positive;
+        if ((tc.flags & TimecodeFlag::FlipDirection) != 0) {
+            f = !f;
+        }
+        if (f != tc.forwards) {
+            tc.forwards = f;
+            tc.validCounter = 0;
+        }
+        // A crossing of either channel is a quarter of a carrier cycle.
+        dx = tc.forwards ? tc.quarterCycle : -tc.quarterCycle;
+    }
+    observePitch(*tc.pitch, dx);
+
+    // The secondary's crossing marks the peak of the primary.
+    if (secondary.swapped && primary.positive == ((tc.flags & TimecodeFlag::ReadOnLow) == 0)) {
+        readBit(tc, std::abs(v1 / 2 - primary.zero / 2));
+    }
+    ++tc.timecodeTicker;
+}
+
+std::int32_t frameScale(std::int16_t sample) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(static_cast<std::int32_t>(sample)) << 16);
+}
+
+} // namespace
+
+Timecoder::Timecoder()
+    : primary(std::make_unique<TimecoderChannel>())
+    , secondary(std::make_unique<TimecoderChannel>())
+    , pitch(std::make_unique<PitchFilter>()) {}
+
+void timecoderInit(Timecoder& tc, const TimecodeDefinition* def, unsigned sampleRate, bool phono) {
+    assert(def);
+    assert(!def->name().empty() && "!def->name().isEmpty()");
+    assert(def->lookup());
+    tc.def = def;
+    tc.dt = 1.0 / sampleRate;
+    tc.zeroAlpha = tc.dt / (tc.dt + zeroTimeConstant);
+    tc.threshold = phono ? phonoThreshold : lineThreshold;
+    tc.forwards = true;
+    *tc.primary = TimecoderChannel();
+    *tc.secondary = TimecoderChannel();
+    *tc.pitch = PitchFilter{tc.dt, 0.0, 0.0};
+    tc.refLevel = initialRefLevel;
+    tc.bitstream = 0;
+    tc.timecode = 0;
+    tc.validCounter = 0;
+    tc.timecodeTicker = 0;
+    tc.quarterCycle = 1.0 / def->resolution() * 0.25;
+    tc.flags = def->flags();
+    tc.positionKnown = false;
+}
+
+void timecoderSubmit(Timecoder& tc, const std::int16_t* pcm, std::size_t npcm) {
+    const bool leftPrimary = (tc.flags & TimecodeFlag::LeftPrimary) != 0;
+    for (std::size_t i = 0; i < npcm; ++i, pcm += 2) {
+        const std::int32_t left = frameScale(pcm[0]);
+        const std::int32_t right = frameScale(pcm[1]);
+        submitFrame(tc, leftPrimary ? left : right, leftPrimary ? right : left);
+    }
+}
+
+int timecoderGetPosition(Timecoder& tc, double* when) {
+    if (tc.validCounter <= validBits) {
+        return -1;
+    }
+    if (!tc.positionKnown || tc.knownBitstream != tc.bitstream) {
+        tc.knownBitstream = tc.bitstream;
+        tc.knownPosition = static_cast<int>(tc.def->lut()->lookup(tc.bitstream));
+        tc.positionKnown = true;
+    }
+    if (tc.knownPosition == -1) {
+        return -1;
+    }
+    if (when != nullptr) {
+        *when = tc.timecodeTicker * tc.dt;
+    }
+    return tc.knownPosition;
+}

@@ -1,0 +1,171 @@
+// All signal wiring of the program, by what it serves. Nothing is connected later.
+#include "connection.h"
+
+#include "audionotifier.h"
+#include "button/qb2push.h"
+#include "button/qbselectinput.h"
+#include "button/qbtoggle.h"
+#include "button/qbtogglecircular.h"
+#include "button/qdled.h"
+#include "combobox/qcomboboxbpm.h"
+#include "curve/qcurve.h"
+#include "deviceobject.h"
+#include "menu/qwgridtool.h"
+#include "painter/qwpainter.h"
+#include "qwview.h"
+#include "receivetimecodedvsobject.h"
+#include "state/mode.h"
+#include "state/pathfile.h"
+#include "state/performance.h"
+#include "state/recordingloopertraining.h"
+#include "state/sessionswitch.h"
+#include "state/setting.h"
+#include "state/singleton.h"
+#include "state/timecodechoice.h"
+#include "workerrecordermultichannelobject.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+using Recorder = WorkerRecorderMultiChannelObject;
+
+void Connection::wireDevices() {
+    connect(m_deviceObject.get(), &DeviceObject::s_SampleInputMultiChannel_All, m_workerRecorder1.get(),
+            &Recorder::load);
+    connect(m_deviceObject.get(), &DeviceObject::s_SampleInputMultiChannel_DeckB, m_workerRecorder2.get(),
+            &Recorder::load);
+    connect(m_deviceObject.get(), &DeviceObject::s_SampleInputMultiChannel_Master, m_workerRecorder3.get(),
+            &Recorder::load);
+    connect(Singleton::instance().performance(), &Performance::s_InputSample, m_view,
+            &QWView::updateBpmSamplerate);
+    for (Recorder* recorder : recorders()) {
+        connect(m_view, &QWView::s_Record, recorder, &Recorder::record);
+    }
+}
+
+void Connection::wireGraphs() {
+    QWPainter* a = m_view->painterDeckA();
+    QWPainter* b = m_view->painterDeckB();
+    for (Recorder* recorder : recorders()) {
+        connect(recorder->decoderDeckA(), &ReceiveTimecodeDVSObject::s_ringBufferLatencyMs, a,
+                &QWPainter::ringBufferLatencyMs);
+        connect(recorder->decoderDeckB(), &ReceiveTimecodeDVSObject::s_ringBufferLatencyMs, b,
+                &QWPainter::ringBufferLatencyMs);
+        connect(a, &QWPainter::s_InitStart, recorder, &Recorder::timecodeUpdateBPM_DeckA);
+        connect(b, &QWPainter::s_InitStart, recorder, &Recorder::timecodeUpdateBPM_DeckB);
+        connect(recorder, &Recorder::s_UpdateBPM_DeckA, a, &QWPainter::resetCurve_Main);
+        connect(recorder, &Recorder::s_UpdateBPM_DeckB, b, &QWPainter::resetCurve_Main);
+        for (QWPainter* painter : {a, b}) {
+            connect(recorder->notifier(), &AudioNotifier::audioLevelChanged, painter->mainCurve(),
+                    &QCurve::initStartTimecode);
+        }
+    }
+    RecordingLooperTraining* entry = Singleton::instance().recordingLooperTraining();
+    connect(entry, &RecordingLooperTraining::s_OpenCurve_1, a, &QWPainter::importCurve_Secondary);
+    connect(entry, &RecordingLooperTraining::s_OpenCurve_2, b, &QWPainter::importCurve_Secondary);
+    connect(entry, &RecordingLooperTraining::s_ResetCurve_1, a, &QWPainter::resetCurve_Secondary);
+    connect(entry, &RecordingLooperTraining::s_ResetCurve_1, a, &QWPainter::resetCurve_Main);
+    connect(entry, &RecordingLooperTraining::s_ResetCurve_2, b, &QWPainter::resetCurve_Secondary);
+    connect(entry, &RecordingLooperTraining::s_ResetCurve_2, b, &QWPainter::resetCurve_Main);
+}
+
+void Connection::wireTimers() {
+    connect(m_displayTimer, &QTimer::timeout, m_view->painterDeckA(), &QWPainter::refresh);
+    connect(m_displayTimer, &QTimer::timeout, m_view->painterDeckB(), &QWPainter::refresh);
+    connect(m_metronomTimer, &QTimer::timeout, this, &Connection::controller);
+    connect(m_countdownTimer, &QTimer::timeout, this, &Connection::updateCountdown);
+    connect(Singleton::instance().performance(), &Performance::signalDisplayFrequency, this,
+            &Connection::updateDisplayFrequency);
+    connect(this, &Connection::s_metronum, m_view->gridTool()->metronomLamp(), &QDLed::trigger);
+}
+
+void Connection::wireControls() {
+    Mode* mode = Singleton::instance().mode();
+    QWGridTool* tool = m_view->gridTool();
+    connect(tool->playButton(), &QB2Push::s_push, m_sessionSwitch, &SessionSwitch::press);
+    connect(tool->recordToggle(), &QBToggle::s_Toogle_on, mode, &Mode::modeRecorder_on);
+    connect(tool->recordToggle(), &QBToggle::s_Toogle_on, Singleton::instance().pathFile(),
+            &PathFile::newPathDirectory_recording);
+    connect(tool->recordToggle(), &QBToggle::s_Toogle_off, mode, &Mode::modeRecorder_off);
+    connect(mode, &Mode::s_RecorderModeStatus, this, &Connection::updatePlayStopIcon);
+    connect(tool->mixToggle(), &QBToggle::s_Toogle_on, mode, &Mode::modeMix_on);
+    connect(tool->mixToggle(), &QBToggle::s_Toogle_off, mode, &Mode::modeMix_off);
+    connect(tool->reverseToggle(), &QBToggle::s_Toogle_on, mode, &Mode::modeReverse_on);
+    connect(tool->reverseToggle(), &QBToggle::s_Toogle_off, mode, &Mode::modeReverse_off);
+    connect(tool->holdToggle(), &QBToggleCircular::s_Toogle_on, mode, &Mode::modeHold_on);
+    connect(tool->holdToggle(), &QBToggleCircular::s_Toogle_off, mode, &Mode::modeHold_off);
+    connect(tool->selectInput(), &QBSelectInput::s_toogle_value, m_view, &QWView::showInput);
+    connect(tool->bpmComboBox(), &QComboBoxBpm::s_Textchanged, m_view->painterDeckA(), &QWPainter::initGraph);
+    connect(tool->bpmComboBox(), &QComboBoxBpm::s_Textchanged, m_view->painterDeckB(), &QWPainter::initGraph);
+}
+
+void Connection::wireRunSequence() {
+    Mode* mode = Singleton::instance().mode();
+    QWGridTool* tool = m_view->gridTool();
+    // The order of these connections is the order of the start.
+    connect(mode, &Mode::s_RunApp, tool->playButton(), &QB2Push::checked);
+    connect(mode, &Mode::s_RunApp, tool->recordToggle(), &QBToggle::disabled);
+    connect(mode, &Mode::s_RunApp, m_view->painterDeckA(), &QWPainter::resetCurve_Main);
+    connect(mode, &Mode::s_RunApp, m_view->painterDeckB(), &QWPainter::resetCurve_Main);
+    connect(mode, &Mode::s_RunApp, mode, &Mode::modeCurrentTimerAutoresize_on);
+    connect(mode, &Mode::s_RunApp, this, &Connection::timerRunAllSound);
+    connect(mode, &Mode::s_RunApp, tool->bpmComboBox(), &QComboBoxBpm::disabled);
+    for (Recorder* recorder : recorders()) {
+        connect(mode, &Mode::s_RunApp, recorder, &Recorder::timecodePrepare);
+    }
+    connect(mode, &Mode::s_RunApp, m_view->painterDeckA(), &QWPainter::initGraph);
+    connect(mode, &Mode::s_RunApp, m_view->painterDeckB(), &QWPainter::initGraph);
+    connect(mode, &Mode::s_RunApp, m_deviceObject.get(), &DeviceObject::runDevices);
+
+    // And this is the order at the end of the count-in.
+    for (Recorder* recorder : recorders()) {
+        connect(this, &Connection::s_startTraining, recorder, &Recorder::timecodeInitialise);
+    }
+    connect(this, &Connection::s_startTraining, m_view, &QWView::playSound);
+    connect(this, &Connection::s_startTraining, mode, &Mode::modeRun_on);
+}
+
+void Connection::wireStopSequence() {
+    Mode* mode = Singleton::instance().mode();
+    QWGridTool* tool = m_view->gridTool();
+    for (Recorder* recorder : recorders()) {
+        connect(mode, &Mode::s_StopApp, recorder, &Recorder::stop);
+        // Queued: the session is not taken apart under the recorder that reports the loss.
+        connect(
+            recorder, &Recorder::s_StreamLost, this,
+            [mode] {
+                if (mode->modeTraining()) {
+                    mode->modeTraining_off();
+                }
+            },
+            Qt::QueuedConnection);
+    }
+    connect(mode, &Mode::s_StopApp, this, &Connection::stopAllSound);
+    connect(mode, &Mode::s_StopApp, tool->playButton(), &QB2Push::unchecked);
+    connect(mode, &Mode::s_StopApp, tool->recordToggle(), &QBToggle::enabled);
+    connect(mode, &Mode::s_StopApp, tool->bpmComboBox(), &QComboBoxBpm::enabled);
+    connect(mode, &Mode::s_StopApp, mode, &Mode::modeCurrentTimerAutoresize_off);
+    connect(mode, &Mode::s_StopApp, mode, &Mode::modeRun_off);
+    connect(mode, &Mode::s_StopApp, m_view, &QWView::exportFile);
+}
+
+void Connection::wireShutdown() {
+    connect(m_view, &QWView::s_killApp, this, &Connection::killApp);
+    // A session that runs while the program is closed is stopped like any other: its take is saved.
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, [] {
+        Mode* mode = Singleton::instance().mode();
+        if (mode->modeTraining()) {
+            mode->modeTraining_off();
+        }
+    });
+}
+
+void Connection::showStoredState() {
+    QWGridTool* tool = m_view->gridTool();
+    if (Singleton::instance().setting()->optionHamsterMode()) {
+        tool->reverseToggle()->toggle_on();
+    }
+    applyTimecodeChoice(Singleton::instance().setting()->timecode(), *Singleton::instance().mode());
+    m_view->showInput(ModelInput::TEXT_A);
+    tool->mixToggle()->toggle_on();
+}

@@ -1,0 +1,116 @@
+#include "pathfile.h"
+
+#include "model/constants.h"
+#include "model/uniquestamp.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+namespace {
+
+using namespace Constant;
+
+bool writable(const QString& folder) {
+    const QFileInfo info(folder);
+    if (info.exists()) {
+        return info.isDir() && info.isWritable();
+    }
+    return QDir().mkpath(folder);
+}
+
+void copyMissing(const QString& from, const QString& to) {
+    QDirIterator files(from, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const QString source = files.next();
+        const QString target = QDir(to).filePath(QDir(from).relativeFilePath(source));
+        if (!QFileInfo::exists(target)) {
+            QDir().mkpath(QFileInfo(target).path());
+            if (QFile::copy(source, target)) {
+                QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
+            }
+        }
+    }
+}
+
+QString& dataRoot() {
+    static QString root;
+    if (root.isEmpty()) {
+        root = chooseDataFolder(QDir(QCoreApplication::applicationDirPath()).filePath(Folder::appData),
+                                QDir(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation))
+                                    .filePath(Folder::appData));
+    }
+    return root;
+}
+
+QString inFolder(QLatin1StringView folder, const QString& name) {
+    return QDir(QDir(dataRoot()).filePath(folder)).filePath(name);
+}
+
+QString withoutWav(const QString& name) {
+    const auto ending = Extension::wav.size();
+    return name.size() > ending ? name.chopped(ending) : name;
+}
+
+} // namespace
+
+QString chooseDataFolder(const QString& beside, const QString& fallback) {
+    if (writable(beside)) {
+        return beside;
+    }
+    QDir().mkpath(fallback);
+    copyMissing(beside, fallback);
+    return fallback;
+}
+
+void useDataFolder(const QString& folder) { dataRoot() = folder; }
+
+QString pathData(const QString& name) { return QDir(dataRoot()).filePath(name); }
+QString pathInput(const QString& name) { return inFolder(Folder::input, name); }
+QString pathLooper(const QString& name) { return inFolder(Folder::looper, name); }
+QString pathColor(const QString& name) { return inFolder(Folder::color, name); }
+QString pathExport(const QString& name) { return inFolder(Folder::exported, name); }
+QString pathRecording(const QString& name) { return inFolder(Folder::recording, name); }
+QString pathScratchTools(const QString& name) { return inFolder(Folder::scratchTools, name); }
+QString pathCss(const QString& name) { return inFolder(Folder::css, name); }
+
+QPixmap pathIcon(const QString& name) { return QPixmap(Resource::icon + name); }
+QString pathImage(const QString& name) { return Resource::image + name; }
+QString pathTranslation(const QString& name) { return Resource::translation + name; }
+QString pathGenerate(const QString& name) { return Resource::generate + name; }
+QString pathSound(const QString& name) { return Resource::sound + name; }
+
+QString resourceFile(const QString& name) {
+    const auto scheme = QLatin1StringView("qrc:");
+    return name.startsWith(scheme) ? u':' + name.mid(scheme.size()) : name;
+}
+
+QString PathFile::fileDeckA() const { return withoutWav(m_fileDeckA); }
+QString PathFile::fileDeckB() const { return withoutWav(m_fileDeckB); }
+QString PathFile::fileMaster() const { return withoutWav(m_fileMaster); }
+
+QString PathFile::pathDirectoryRecording() {
+    const QString path = pathRecording(m_directoryRecording);
+    if (!QFileInfo::exists(path)) {
+        // Also makes "Recording" itself where somebody removed it: a take must not be lost for that.
+        QDir().mkpath(path);
+    }
+    m_directoryUsed = true;
+    return path;
+}
+
+bool PathFile::beginTake() {
+    if (!m_directoryUsed) {
+        return false;
+    }
+    newPathDirectory_recording();
+    return true;
+}
+
+void PathFile::newPathDirectory_recording() {
+    m_directoryRecording = uniqueStamp();
+    m_directoryUsed = false;
+}

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QObject>
+#include <QPixmap>
+#include <QString>
+
+/// Root of the data: "AppData" beside the executable or, where that can't be written, a folder in the user's
+/// data location that is filled once from the delivered one. Found at the first call. All paths below it.
+QString pathData(const QString& name);
+QString pathInput(const QString& name);
+QString pathLooper(const QString& name);
+QString pathColor(const QString& name);
+QString pathExport(const QString& name);
+QString pathRecording(const QString& name);
+QString pathScratchTools(const QString& name);
+QString pathCss(const QString& name);
+
+QPixmap pathIcon(const QString& name);
+QString pathImage(const QString& name);
+QString pathTranslation(const QString& name);
+QString pathGenerate(const QString& name);
+/// The "qrc:" form. What opens files takes resourceFile() of it.
+QString pathSound(const QString& name);
+/// The ":/" form of a "qrc:" name; any other name as it is.
+QString resourceFile(const QString& name);
+
+/// Decides where the data lies. `beside` is the folder beside the executable, `fallback` the user's. Returns
+/// the one to use; with the fallback, makes it and copies what `beside` holds and it lacks.
+QString chooseDataFolder(const QString& beside, const QString& fallback);
+
+/// Puts the data somewhere else: for the tools and the tests, which leave the user's files alone. Before
+/// Singleton exists.
+void useDataFolder(const QString& folder);
+
+/// The names of the files of the running recording. GUI thread.
+class PathFile : public QObject {
+    Q_OBJECT
+public:
+    explicit PathFile(QObject* parent = nullptr)
+        : QObject(parent) {}
+
+    void setFileDeckA(const QString& name) { m_fileDeckA = name; }
+    void setFileDeckB(const QString& name) { m_fileDeckB = name; }
+    void setFileMaster(const QString& name) { m_fileMaster = name; }
+    /// The names without ".wav"; one that is no longer than that comes back whole.
+    QString fileDeckA() const;
+    QString fileDeckB() const;
+    QString fileMaster() const;
+
+    QString directoryRecording() const { return m_directoryRecording; }
+    /// The running recording's folder, made if it is missing.
+    QString pathDirectoryRecording();
+
+    /// Called as a recorded session starts. True if the folder has been used by an earlier one: then a new
+    /// folder has been chosen, and the new session's files need new names.
+    bool beginTake();
+
+public Q_SLOTS:
+    /// Names a new folder after this moment. It is made when its first file is written.
+    void newPathDirectory_recording();
+
+private:
+    QString m_fileDeckA;
+    QString m_fileDeckB;
+    QString m_fileInput1;
+    QString m_fileInput2;
+    QString m_fileMaster;
+    QString m_directoryRecording;
+    bool m_directoryUsed = false;
+};

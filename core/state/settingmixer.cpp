@@ -1,0 +1,60 @@
+#include "settingmixer.h"
+
+#include "model/constants.h"
+#include "pathfile.h"
+
+namespace {
+
+// A key without "/" is its own group and its own name.
+QString groupOf(const QString& key) { return key.section(u'/', 0, 0); }
+QString nameOf(const QString& key) { return key.contains(u'/') ? key.section(u'/', 1) : QString(); }
+
+} // namespace
+
+SettingMixer::SettingMixer(QObject* parent)
+    : SettingMixer(pathInput(Constant::File::mixer), parent) {}
+
+SettingMixer::SettingMixer(const QString& fileName, QObject* parent)
+    : QObject(parent)
+    , m_settings(fileName, QSettings::IniFormat) {}
+
+bool SettingMixer::mixerContains(const QString& deviceName) const {
+    const QStringList keys = m_settings.allKeys();
+    for (const QString& key : keys) {
+        if (key.contains(u'/') && deviceName.contains(groupOf(key))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+QString SettingMixer::findKey(const QString& keyName, const QString& deviceName) const {
+    const QStringList keys = m_settings.allKeys();
+    for (const QString& key : keys) {
+        const QString name = nameOf(key);
+        if (!name.isEmpty() && deviceName.contains(groupOf(key)) && keyName.contains(name)) {
+            return key;
+        }
+    }
+    return {};
+}
+
+bool SettingMixer::mixerKnows(const QString& keyName, const QString& deviceName) const {
+    return !findKey(keyName, deviceName).isEmpty();
+}
+
+QString SettingMixer::mixerValue(const QString& keyName, const QString& deviceName) const {
+    const QString key = findKey(keyName, deviceName);
+    return key.isEmpty() ? QString() : m_settings.value(key).toString();
+}
+
+QStringList SettingMixer::mixerDeviceNames() const {
+    QStringList names;
+    const QStringList keys = m_settings.allKeys();
+    for (const QString& key : keys) {
+        if (nameOf(key) == Constant::Mixer::name) {
+            names << QStringLiteral("%1/%2").arg(groupOf(key), m_settings.value(key).toString());
+        }
+    }
+    return names;
+}

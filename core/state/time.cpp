@@ -1,0 +1,114 @@
+#include "time.h"
+
+#include <QTime>
+
+#include <chrono>
+#include <cmath>
+
+namespace {
+
+constexpr double msecsOfDay = 86400000.0;
+
+double systemMsecs() {
+    using namespace std::chrono;
+    return double(duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count());
+}
+
+} // namespace
+
+Time::Time(QObject* parent)
+    : QObject(parent) {
+    msecsNow();
+}
+
+Time::Deck* Time::deck(ModelGraph::EnumGraph name) {
+    if (name == ModelGraph::INPUT_DECKA) {
+        return &m_decks[0];
+    }
+    return name == ModelGraph::INPUT_DECKB ? &m_decks[1] : nullptr;
+}
+
+const Time::Deck* Time::deck(ModelGraph::EnumGraph name) const { return const_cast<Time*>(this)->deck(name); }
+
+double Time::msecsNow() {
+    const QTime now = QTime::currentTime();
+    const double msecs = now.isValid() ? now.msecsSinceStartOfDay() : 0.0;
+    m_midnight.store(systemMsecs() - msecs, std::memory_order_relaxed);
+    return msecs;
+}
+
+double Time::msecsNowRealtime() const {
+    return std::fmod(systemMsecs() - m_midnight.load(std::memory_order_relaxed), msecsOfDay);
+}
+
+void Time::setStartNow(ModelGraph::EnumGraph name) {
+    if (Deck* d = deck(name)) {
+        d->startTime.store(msecsNow(), std::memory_order_relaxed);
+    }
+}
+
+void Time::setStartNowRealtime(ModelGraph::EnumGraph name) {
+    if (Deck* d = deck(name)) {
+        d->startTime.store(msecsNowRealtime(), std::memory_order_relaxed);
+    }
+}
+
+double Time::startTime(ModelGraph::EnumGraph name) const {
+    const Deck* d = deck(name);
+    return d == nullptr ? 0.0 : d->startTime.load(std::memory_order_relaxed);
+}
+
+double Time::framesSince(ModelGraph::EnumGraph name, double msecs, const QSample* sample) const {
+    return sample->samplesPerMs() * (msecs - startTime(name));
+}
+
+double Time::framesNow(ModelGraph::EnumGraph name, const QSample* sample) {
+    return framesSince(name, msecsNow(), sample);
+}
+
+double Time::cursor(ModelGraph::EnumGraph name) const {
+    const Deck* d = deck(name);
+    return d == nullptr ? 0.0 : d->cursor.load(std::memory_order_relaxed);
+}
+
+void Time::setCursor(ModelGraph::EnumGraph name, double value) {
+    if (Deck* d = deck(name)) {
+        d->cursor.store(value, std::memory_order_relaxed);
+    }
+}
+
+void Time::clearCursor(ModelGraph::EnumGraph name) { setCursor(name, 0.0); }
+
+double Time::frameCounter(ModelGraph::EnumGraph name) const {
+    const Deck* d = deck(name);
+    return d == nullptr ? 0.0 : d->frameCounter.load(std::memory_order_relaxed);
+}
+
+void Time::setFrameCounter(ModelGraph::EnumGraph name, double value) {
+    if (Deck* d = deck(name)) {
+        d->frameCounter.store(value, std::memory_order_relaxed);
+    }
+}
+
+void Time::clearFrameCounter(ModelGraph::EnumGraph name) { setFrameCounter(name, 0.0); }
+
+void Time::advanceFrame(ModelGraph::EnumGraph name) {
+    if (Deck* d = deck(name)) {
+        // One writer, so a load and a store will do.
+        d->frameCounter.store(d->frameCounter.load(std::memory_order_relaxed) + 1.0, std::memory_order_relaxed);
+    }
+}
+
+double Time::observeFrameCounter(ModelGraph::EnumGraph name) {
+    Deck* d = deck(name);
+    if (d == nullptr) {
+        return 0.0;
+    }
+    d->observed = d->frameCounter.load(std::memory_order_relaxed);
+    return d->observed;
+}
+
+double Time::observedFrameCounter(ModelGraph::EnumGraph name) const {
+    const Deck* d = deck(name);
+    return d == nullptr ? 0.0 : d->observed;
+}

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "model/modelgraph.h"
+#include "model/qsample.h"
+
+#include <QObject>
+
+#include <array>
+#include <atomic>
+
+/// The clocks of the two decks, in sample frames of the deck. Any name but INPUT_DECKA and INPUT_DECKB is
+/// ignored: writes do nothing and reads give 0.0.
+/// Thread-safe: yes, one writer a value. Realtime-safe: yes, except msecsNow, setStartNow and framesNow.
+class Time : public QObject {
+    Q_OBJECT
+public:
+    explicit Time(QObject* parent = nullptr);
+
+    /// Wall clock, milliseconds since midnight. It wraps at midnight. Not realtime-safe.
+    double msecsNow();
+    /// The same from the system's clock and the midnight that the last msecsNow found: for a callback.
+    double msecsNowRealtime() const;
+
+    void setStartNow(ModelGraph::EnumGraph name);
+    /// setStartNow for a callback.
+    void setStartNowRealtime(ModelGraph::EnumGraph name);
+    /// Milliseconds since midnight at the deck's last start.
+    double startTime(ModelGraph::EnumGraph name) const;
+    /// Frames of `sample` between the deck's start and `msecs`.
+    double framesSince(ModelGraph::EnumGraph name, double msecs, const QSample* sample) const;
+    double framesNow(ModelGraph::EnumGraph name, const QSample* sample);
+
+    /// Frames that the wall clock says have passed; written by the graph.
+    double cursor(ModelGraph::EnumGraph name) const;
+    void setCursor(ModelGraph::EnumGraph name, double value);
+    void clearCursor(ModelGraph::EnumGraph name);
+
+    /// Frames that the decoder has received.
+    double frameCounter(ModelGraph::EnumGraph name) const;
+    void setFrameCounter(ModelGraph::EnumGraph name, double value);
+    void clearFrameCounter(ModelGraph::EnumGraph name);
+    /// One frame more. One thread at a time.
+    void advanceFrame(ModelGraph::EnumGraph name);
+
+    /// frameCounter, kept as what the GUI last saw of this deck. GUI thread.
+    double observeFrameCounter(ModelGraph::EnumGraph name);
+    /// What observeFrameCounter last gave. GUI thread.
+    double observedFrameCounter(ModelGraph::EnumGraph name) const;
+
+private:
+    struct Deck {
+        std::atomic<double> startTime{0.0};
+        std::atomic<double> cursor{0.0};
+        std::atomic<double> frameCounter{0.0};
+        double observed = 0.0;
+    };
+    static_assert(std::atomic<double>::is_always_lock_free);
+
+    Deck* deck(ModelGraph::EnumGraph name);
+    const Deck* deck(ModelGraph::EnumGraph name) const;
+
+    std::array<Deck, 2> m_decks;
+    std::atomic<double> m_midnight{0.0}; ///< system clock of the last midnight, ms since the epoch
+};

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+
+class Setting;
+
+/// What the user has chosen about the picture, read together.
+struct GraphOptions {
+    int curveOnSize = 0;                        ///< width of a curve that sounds, pixels
+    bool curveCrossFaderOff = false;            ///< draw where the fader is closed
+    bool curveCrossFaderOffInvertColor = false; ///< and in the inverted colour
+    bool grid = false;
+    bool latency = false;
+    bool logo = false;
+
+    static GraphOptions read(const Setting& setting);
+};
+
+/// The options, read anew only after a setting was written. GUI thread.
+class GraphOptionCache {
+public:
+    explicit GraphOptionCache(const Setting& setting) : m_setting(setting) {}
+    const GraphOptions& options();
+
+private:
+    const Setting& m_setting;
+    std::optional<unsigned> m_generation;
+    GraphOptions m_options;
+};

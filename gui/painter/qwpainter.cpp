@@ -1,0 +1,202 @@
+#include "qwpainter.h"
+
+#include "curveoffset.h"
+#include "graphcaption.h"
+#include "standstill.h"
+#include "wholenumber.h"
+#include "yrange.h"
+
+#include "curve/autoresize.h"
+#include "curve/qcurve.h"
+#include "model/enumtext.h"
+#include "model/modelstyle.h"
+#include "state/mode.h"
+#include "state/pathfile.h"
+#include "state/performance.h"
+#include "state/recordingloopertraining.h"
+#include "state/setting.h"
+#include "state/singleton.h"
+#include "state/time.h"
+
+#include <QEvent>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// First and last time of a curve, none without points.
+std::optional<FrameRange> timesOf(const QCurve& curve) {
+    const CurvePointStore::View points = curve.points();
+    if (points.empty()) {
+        return std::nullopt;
+    }
+    return FrameRange{truncated(points.front().time), truncated(points.back().time)};
+}
+
+} // namespace
+
+QWPainter::QWPainter(ModelGraph::EnumGraph deckName, ModelGraph::EnumGraph secondaryName,
+                     CurvePointStore& mainPoints, CurvePointStore& secondaryPoints, QWidget* parent)
+    : QWidget(parent)
+    , m_mode(*Singleton::instance().mode())
+    , m_time(*Singleton::instance().time())
+    , m_performance(*Singleton::instance().performance())
+    , m_autoresize(*Singleton::instance().autoresize())
+    , m_training(*Singleton::instance().recordingLooperTraining())
+    , m_setting(*Singleton::instance().setting())
+    , m_optionCache(m_setting)
+    , m_deckName(deckName)
+    , m_secondaryCurve(new QCurve(secondaryName, secondaryPoints, this))
+    , m_mainCurve(new QCurve(deckName, mainPoints, this)) {
+    setObjectName(QStringLiteral("painter"));
+    setAttribute(Qt::WA_OpaquePaintEvent); // every paint fills all of it
+    m_countInTimer.setInterval(CountIn::tickMs);
+    connect(&m_countInTimer, &QTimer::timeout, this, [this] {
+        if (!m_countIn.step()) {
+            m_countInTimer.stop();
+        }
+        update();
+    });
+    refreshVariable();
+    initGraph();
+    initIcon();
+    retranslate();
+}
+
+double QWPainter::beatLength() const {
+    return m_training.beatLength(m_deckName);
+}
+
+double QWPainter::sampleRate() const {
+    return m_performance.sample(m_deckName)->sampleRate();
+}
+
+void QWPainter::retranslate() {
+    setAccessibleName(m_deckName == ModelGraph::INPUT_DECKA ? tr("Graph of deck A") : tr("Graph of deck B"));
+}
+
+void QWPainter::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::LanguageChange) {
+        retranslate();
+    }
+    QWidget::changeEvent(event);
+}
+
+void QWPainter::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    refreshVariable();
+}
+
+void QWPainter::refreshVariable() {
+    m_layout = GraphLayout::of(width(), height(), false, false);
+}
+
+void QWPainter::initGraph() {
+    m_stillWindow = stillWindow(sampleRate(), m_performance.inputBuffer(m_deckName));
+    m_latencyText.clear();
+    m_window = cursorWindow(m_training.activatedMode(), m_mode.graphBeats(), beatLength());
+    setXRange({truncated(m_window.before), truncated(m_window.after)});
+    m_y = initialYRange(m_y, m_mode.displayMode());
+    initStart();
+}
+
+std::int64_t QWPainter::setXRange(FrameRange range) {
+    if (acceptsRange(range, beatLength())) {
+        m_x = {double(range.from), double(range.to)};
+    }
+    return absoluteSpan(range);
+}
+
+void QWPainter::initIcon() {
+    const bool red = m_setting.style() == enumText(ModelStyle::RedGuillotine);
+    m_logoSource = pathIcon(red ? QStringLiteral("graphlogo/Logo - Gramo Works-WhiteDark - RedGuillotine.png")
+                                : QStringLiteral("graphlogo/Logo - Gramo Works-WhiteDark.png"));
+    m_logo = QPixmap();
+    update();
+}
+
+void QWPainter::initStart() {
+    Q_EMIT s_InitStart();
+}
+
+void QWPainter::refresh() {
+    if (!m_mode.modeGraphicScrollStop() && m_mode.modeRun()) {
+        m_time.setCursor(m_deckName,
+                         std::trunc(m_time.framesNow(m_deckName, m_performance.sample(m_deckName))));
+    }
+    // 0: the deck has received nothing since its last restart.
+    if (m_time.observeFrameCounter(m_deckName) == 0.0) {
+        initStart();
+    }
+    update();
+}
+
+void QWPainter::resetCurve_Main() {
+    m_mainCurve->resetCurve();
+}
+
+void QWPainter::resetCurve_Secondary() {
+    m_secondaryCurve->resetCurve();
+}
+
+void QWPainter::importCurve_Secondary(QString filename, bool load_bpm) {
+    m_secondaryCurve->loadFromFile(filename, load_bpm);
+    Q_EMIT s_EndImportCurve_Secondary();
+}
+
+void QWPainter::modeAutoresize() {
+    const auto range = fittingRange(timesOf(*m_mainCurve), timesOf(*m_secondaryCurve), beatLength());
+    if (range) {
+        setXRange(*range);
+    }
+}
+
+void QWPainter::updateMinMaxFromCurve(int& currentMin, int& currentMax, QCurve* curve) {
+    const auto times = timesOf(*curve);
+    if (!times) {
+        return;
+    }
+    if (currentMin == 0 && currentMax == 0) {
+        currentMin = times->from;
+        currentMax = times->to;
+    } else {
+        currentMin = std::min(currentMin, times->from);
+        currentMax = std::max(currentMax, times->to);
+    }
+}
+
+void QWPainter::setTagNumber(int number) {
+    m_tagNumber = number;
+    update();
+}
+
+void QWPainter::drawTagNumber_4() {
+    setTagNumber(4);
+}
+void QWPainter::drawTagNumber_3() {
+    setTagNumber(3);
+}
+void QWPainter::drawTagNumber_2() {
+    setTagNumber(2);
+}
+void QWPainter::drawTagNumber_1() {
+    setTagNumber(1);
+}
+void QWPainter::drawTagNumber_0() {
+    setTagNumber(0);
+}
+
+void QWPainter::ringBufferLatencyMs(double latencyMs, size_t maxFill, size_t capacity) {
+    m_latencyText = latencyCaption(latencyMs, m_performance.outputBuffer(), maxFill, capacity);
+}
+
+void QWPainter::showCountIn(int count) {
+    m_countIn.show(count);
+    m_countInTimer.start();
+    update();
+}
+
+bool QWPainter::recordStandsStill() const {
+    return standsStill(m_mainCurve->points(), m_stillWindow);
+}

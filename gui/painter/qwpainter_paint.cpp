@@ -1,0 +1,198 @@
+// The paint of the graph: one function a step, in the order of the picture from back to front.
+#include "qwpainter.h"
+
+#include "curveoffset.h"
+#include "graphcaption.h"
+#include "graphstyle.h"
+#include "wholenumber.h"
+#include "yrange.h"
+
+#include "curve/autoresize.h"
+#include "curve/qcurve.h"
+#include "state/mode.h"
+#include "state/recordingloopertraining.h"
+#include "state/time.h"
+
+#include <QFont>
+#include <QPainter>
+
+#include <cfloat>
+#include <cmath>
+#include <optional>
+
+namespace {
+
+constexpr int logoSide = 400; // the logo fits into this square, pixels
+constexpr int logoLeft = 65;
+constexpr int logoAbovePlotBottom = 20;
+constexpr int countInPoints = 80;
+
+// What the curve shows of the range; names its visible stretch on the way.
+std::optional<GraphRange> extremesOf(QCurve& curve, const GraphRange& x) {
+    GraphRange extremes{DBL_MAX, DBL_MIN};
+    bool found = false;
+    curve.minMaxPosition(truncated(x.min), truncated(x.max), extremes.min, extremes.max, found);
+    return found ? std::optional(extremes) : std::nullopt;
+}
+
+std::optional<CurveExtract> extractOf(const QCurve& curve) {
+    const CurvePointStore::View points = curve.points();
+    const auto stretch = curveStretch(points, curve.firstVisible(), curve.lastVisible());
+    if (!stretch) {
+        return std::nullopt;
+    }
+    return CurveExtract{curve.graphName(), points, *stretch};
+}
+
+} // namespace
+
+void QWPainter::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.fillRect(rect(), palette().window());
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+
+    m_cursorTime = m_time.cursor(m_deckName);
+    const bool following = followCursor();
+    collectExtremes();
+    chooseYRange();
+    const GraphScale scale(m_layout, m_x, m_y, following);
+    const GraphOptions& options = m_optionCache.options();
+
+    if (options.logo) {
+        drawLogo(painter);
+    }
+    drawTagNumber(painter);
+    if (options.grid && options.latency) {
+        drawLatency(painter);
+    }
+    drawCurves({painter, scale, options, QRectF(rect())});
+    drawCursor(painter, scale);
+    holdScroll();
+    drawCountIn(painter);
+}
+
+bool QWPainter::followCursor() {
+    if (m_mode.modeAutoresize()) {
+        modeAutoresize();
+        if (!m_mode.modeRun()) {
+            Q_EMIT s_EndAutoresize();
+        }
+        return false;
+    }
+    if (m_mode.modeCurrentTimerAutoresize()) {
+        setXRange(m_window.around(m_cursorTime));
+        return true;
+    }
+    return false;
+}
+
+void QWPainter::collectExtremes() {
+    const auto secondary = extremesOf(*m_secondaryCurve, m_x);
+    const auto main = extremesOf(*m_mainCurve, m_x);
+    const double shift = firstPositionDifference(m_mainCurve->points(), m_secondaryCurve->points());
+    if (const auto extremes = visibleExtremes(main, secondary, shift)) {
+        m_autoresize.setMinValue(extremes->min);
+        m_autoresize.setMaxValue(extremes->max);
+    }
+}
+
+void QWPainter::chooseYRange() {
+    m_y = plotsAngle(m_mode.displayMode())
+              ? GraphRange{0.0, AnglePlot::height}
+              : followingYRange(m_y, {m_autoresize.minValue(), m_autoresize.maxValue()});
+}
+
+void QWPainter::drawLogo(QPainter& painter) {
+    if (m_logoSource.isNull()) {
+        return;
+    }
+    const qreal ratio = painter.device()->devicePixelRatioF();
+    if (m_logo.isNull() || m_logo.devicePixelRatioF() != ratio) {
+        const int side = static_cast<int>(std::lround(logoSide * ratio));
+        m_logo = m_logoSource.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        m_logo.setDevicePixelRatio(ratio);
+    }
+    const double height = m_logo.deviceIndependentSize().height();
+    painter.drawPixmap(QPointF(logoLeft, m_layout.plotBottom - logoAbovePlotBottom - height), m_logo);
+}
+
+void QWPainter::drawTagNumber(QPainter& painter) const {
+    if (m_tagNumber == 0) {
+        return;
+    }
+    const TextStyle style(painter, ModelGraph::TAG_NUMBER);
+    painter.drawText(QRect(0, 0, width(), height() / 2), Qt::AlignHCenter | Qt::AlignBottom,
+                     QString::number(m_tagNumber));
+}
+
+void QWPainter::drawLatency(QPainter& painter) const {
+    const TextStyle style(painter, ModelGraph::LABEL);
+    const int top = truncated(m_layout.plotBottom);
+    painter.drawText(QRect(0, top, 200, m_layout.captionBottom - top), Qt::AlignLeft | Qt::AlignBottom,
+                     m_latencyText);
+}
+
+void QWPainter::drawCurves(const CurveScene& scene) {
+    const auto main = extractOf(*m_mainCurve);
+    const auto secondary = m_training.activatedMode() == ModelActivatedMode::Looper
+                               ? std::nullopt
+                               : extractOf(*m_secondaryCurve);
+    if (secondary) {
+        CurveDrawing::drawStrip(scene, *secondary);
+    }
+    if (main) {
+        CurveDrawing::drawStrip(scene, *main);
+    }
+    if (m_mode.displayMode() != ModelDisplay::NORMAL) {
+        return;
+    }
+    if (secondary) {
+        m_drawing.drawNormal(scene, *secondary, referenceOffset(m_mainCurve->points(), secondary->points));
+    }
+    if (main) {
+        m_drawing.drawNormal(scene, *main, 0.0);
+    }
+}
+
+void QWPainter::drawCursor(QPainter& painter, const GraphScale& scale) const {
+    const int x = truncated(scale.mapX(m_cursorTime));
+    const int bottom = truncated(m_layout.plotBottom);
+    painter.setRenderHint(QPainter::Antialiasing, false); // upright lines stay sharp
+    painter.setPen(linePen(ModelGraph::CURRENT));
+    painter.drawLine(x, m_layout.plotTop, x, bottom);
+    painter.setRenderHint(QPainter::Antialiasing, true);
+
+    const TextStyle style(painter, ModelGraph::CURRENT);
+    painter.drawText(QRect(x - 50, bottom, 100, m_layout.labelBottom - bottom),
+                     Qt::AlignHCenter | Qt::AlignBottom | Qt::AlignVCenter,
+                     cursorBeat(m_cursorTime, sampleRate(), m_training.bpmEffective()));
+}
+
+void QWPainter::holdScroll() {
+    const bool otherMoves =
+        m_companion != nullptr && !m_companion->isHidden() && !m_companion->recordStandsStill();
+    if (m_mode.modeHold() && recordStandsStill() && !otherMoves) {
+        m_mode.modeGraphicScrollStop_on();
+    } else {
+        m_mode.modeGraphicScrollStop_off();
+    }
+}
+
+void QWPainter::drawCountIn(QPainter& painter) const {
+    if (!m_countIn.visible()) {
+        return;
+    }
+    const QPointF center = QRectF(rect()).center();
+    const double scale = double(m_countIn.scale());
+    painter.save();
+    painter.translate(center);
+    painter.scale(scale, scale);
+    painter.translate(-center);
+    QFont font = painter.font();
+    font.setPointSize(countInPoints);
+    font.setWeight(QFont::Bold);
+    painter.setFont(font);
+    painter.setPen(graphGrey);
+    painter.drawText(rect(), Qt::AlignCenter, QString::number(m_countIn.number()));
+    painter.restore();
+}

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "curve/curvepointstore.h"
+#include "model/modelgraph.h"
+#include "model/modelinput.h"
+
+#include <QKeySequence>
+#include <QString>
+#include <QWidget>
+
+class QWGridTool;
+class QWPainter;
+class RecordingLooperTraining;
+
+/// The central widget: the two graphs above each other and the strip of controls below. It owns the keyboard
+/// shortcuts and writes out the take; what it says with its signals the controller has wired to the workers.
+/// GUI thread.
+class QWView : public QWidget {
+    Q_OBJECT
+public:
+    /// The stores of the live curves and of the references of both decks. They must outlive the view.
+    QWView(CurvePointStore& mainA, CurvePointStore& secondaryA, CurvePointStore& mainB,
+           CurvePointStore& secondaryB, QWidget* parent);
+
+    QWPainter* painterDeckA() const { return m_painterDeckA; }
+    QWPainter* painterDeckB() const { return m_painterDeckB; }
+    QWGridTool* gridTool() const { return m_gridTool; }
+
+Q_SIGNALS:
+    void s_Record();
+    /// The window closes.
+    void s_killApp();
+    /// The display mode changed.
+    void s_UpdateMode();
+
+public Q_SLOTS:
+    /// The end of the count-in: what belongs to the session starts.
+    void playSound();
+    void actionQuit();
+    /// Writes out what a recorded session produced. Waits a quarter of a second for the recorders; without a
+    /// recording it does nothing and doesn't wait.
+    void exportFile();
+    /// The deck's sample rate or the tempo has changed.
+    void updateBpmSamplerate(ModelGraph::EnumGraph name);
+    void updateAllBpmSamplerate();
+    /// Takes the style sheet of that name. One that can't be read changes nothing.
+    void applyStyle(QString filename);
+    /// Shows one graph, or both for every other value than A and B.
+    void showInput(ModelInput::EnumInput input);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void layOut();
+    void makeShortcuts();
+    template <typename Action> void shortcut(const QKeySequence& keys, Action action);
+
+    QWPainter* m_painterDeckA = nullptr;
+    QWPainter* m_painterDeckB = nullptr;
+    QWGridTool* m_gridTool = nullptr;
+};

@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# Configures a preset if it isn't yet, and builds it: all of it, or the named targets. Quiet when there
+# is nothing to do; otherwise it shows the tools' own words, on stderr.
+# usage: build.sh PRESET [TARGET...]
+set -euo pipefail
+
+[ $# -ge 1 ] || {
+    echo "usage: packaging/build.sh PRESET [TARGET...]" >&2
+    exit 2
+}
+preset=$1
+shift
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+[ -f "build/$preset/build.ninja" ] || cmake --preset "$preset" >&2
+cmake --build "build/$preset" -j "${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}" ${1:+--target "$@"} >&2

@@ -1,0 +1,244 @@
+// Sessions through a real sound server with virtual decks: what is kept is what the decks sent.
+
+#include "liverig.h"
+#include "session.h"
+#include "takecheck.h"
+
+#include "curve/qcurve.h"
+#include "module/wavedata.h"
+
+#include <QApplication>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int takeSeconds = 6;
+constexpr int sourceSeconds = 60;
+constexpr int ditherSteps = 2; // the library dithers its conversion from float
+
+QString decodeProgram() { return QDir(QStringLiteral(GRAMO_BIN_DIR)).filePath(u"gramoscope-decode"_s); }
+
+int xrunsSaid(const QString& said) {
+    static const QRegularExpression count(u"xruns (\\d+)"_s);
+    return count.match(said).captured(1).toInt();
+}
+
+} // namespace
+
+class tst_LiveRecording : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_data;
+    JackServer m_server;
+    QStringList m_deckArguments{u"--pattern"_s, u"walk,baby"_s, u"--noise"_s, u"1"_s, u"--seed"_s, u"7"_s};
+
+    // The take of one role against the source file that its deck makes.
+    void compareTake(const QString& wav, const QString& source, int xruns) {
+        const auto take = readWave(wav);
+        const auto sent = readWave(source);
+        QVERIFY2(take->length() > std::size_t(48000 * (takeSeconds - 1)), qPrintable(wav));
+        const TakeCheck check = followTake(*take, *sent, JackServer::period, ditherSteps);
+        qInfo("%s: %zu frames from %zu on, %d gaps (%zu skipped, %zu mended), largest step %d, deck's xruns %d",
+              qPrintable(QFileInfo(wav).fileName()), check.frames, check.start, check.gaps, check.skipped,
+              check.mended, check.largestStep, xruns);
+        QVERIFY(check.found);
+        QVERIFY(!check.repeated);
+        QVERIFY(check.largestStep <= ditherSteps);
+        QVERIFY2(check.gaps <= xruns, "every gap is a period that the server skipped and reported");
+    }
+
+    // The recorded curve against the decode of the recorded take.
+    void compareCurve(const QString& wav, const QString& grw) {
+        const QString again = m_data.filePath(u"again.grw"_s);
+        QCOMPARE(QProcess::execute(decodeProgram(), {u"--timecode"_s, u"generic_V2"_s, wav, again}), 0);
+        QFile live(grw);
+        QFile decoded(again);
+        QVERIFY(live.open(QIODevice::ReadOnly) && decoded.open(QIODevice::ReadOnly));
+        const QByteArray a = live.readAll();
+        const QByteArray b = decoded.readAll();
+        QVERIFY(a.size() > 8 + 23 * 1000);
+        QCOMPARE((a.size() - 8) % 23, 0);
+        QCOMPARE(a.size(), b.size());
+        for (qsizetype at = 8; at < a.size(); at += 23) {
+            // All of a point but the fader, which the file of a record knows nothing about.
+            QVERIFY2(a.mid(at, 22) == b.mid(at, 22), qPrintable(u"point %1"_s.arg((at - 8) / 23)));
+        }
+    }
+
+    void compareTimes(const QString& grw, int step) {
+        QFile file(grw);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QDataStream stream(file.readAll());
+        stream.setByteOrder(QDataStream::LittleEndian);
+        qint32 bpm = 0;
+        qint32 count = 0;
+        stream >> bpm >> count;
+        QCOMPARE(bpm, 84);
+        for (qint32 i = 0; i < count; ++i) {
+            qint32 time = 0;
+            stream >> time;
+            QCOMPARE(time, i * step);
+            stream.skipRawData(19);
+        }
+    }
+
+    void compareAll(const QStringList& wavs, const QStringList& sources, const QList<int>& xruns) {
+        QCOMPARE(wavs.size(), sources.size());
+        for (qsizetype i = 0; i < wavs.size(); ++i) {
+            compareTake(wavs[i], sources[i], xruns[i]);
+        }
+    }
+
+    QString role(const QString& deck) const { return Session::folder().filePath(deck + u".wav"_s); }
+
+private Q_SLOTS:
+    void initTestCase() {
+        useDataFolder(m_data.filePath(u"AppData"_s));
+        QVERIFY(m_server.start());
+    }
+
+    void bothDecksOnOneCardWithTheMasterBesideThem() {
+        VirtualDeck deck(m_deckArguments);
+        QVERIFY(deck.start());
+        Session::store({u"Virtual Deck"_s, u"4p0"_s}, {u"Virtual Deck"_s, u"4p1"_s}, {u"Virtual Deck"_s, u"4p1"_s});
+        Session session;
+        session.setRecording(true);
+        QVERIFY(session.start());
+        QVERIFY(session.connection().recorders()[0]->isRunning());
+        QVERIFY(!session.connection().recorders()[1]->isOpen());
+        QVERIFY(!session.connection().recorders()[2]->isOpen());
+        QTest::qWait(takeSeconds * 1000);
+        QCOMPARE(session.connection().recorders()[0]->overflows(), 0U);
+        QVERIFY(session.stop());
+        PathFile& files = *Singleton::instance().pathFile();
+        const QString a = role(files.fileDeckA());
+        const QString b = role(files.fileDeckB());
+        const QString master = role(files.fileMaster());
+        const int xruns = xrunsSaid(deck.stop());
+        const QString sourceA = m_data.filePath(u"a.wav"_s);
+        const QString sourceB = m_data.filePath(u"b.wav"_s);
+        QVERIFY(deck.write(u'A', sourceSeconds, sourceA));
+        QVERIFY(deck.write(u'B', sourceSeconds, sourceB));
+        compareAll({a, b, master}, {sourceA, sourceB, sourceB}, {xruns, xruns, xruns});
+        for (const QString& file : {files.fileDeckA(), files.fileDeckB()}) {
+            const QString grw = Session::folder().filePath(file + u".grw"_s);
+            compareTimes(grw, 64);
+            compareCurve(role(file), grw);
+        }
+    }
+
+    void aSecondSessionTakesAFolderOfItsOwn() {
+        VirtualDeck deck(m_deckArguments);
+        QVERIFY(deck.start());
+        Session::store({u"Virtual Deck"_s, u"4p0"_s}, {}, {});
+        Session session;
+        session.setRecording(true);
+        QVERIFY(session.start());
+        QTest::qWait(1000);
+        QVERIFY(session.stop());
+        const QString first = Session::folder().path();
+        const QStringList firstFiles = Session::files(u"*"_s);
+        QCOMPARE(firstFiles.size(), 2);
+        QVERIFY(session.start());
+        QTest::qWait(1000);
+        QVERIFY(session.stop());
+        QVERIFY(Session::folder().path() != first);
+        const QStringList secondFiles = Session::files(u"*"_s);
+        QCOMPARE(secondFiles.size(), 2);
+        QVERIFY(QSet<QString>(firstFiles.begin(), firstFiles.end())
+                    .intersect(QSet<QString>(secondFiles.begin(), secondFiles.end()))
+                    .isEmpty());
+        QCOMPARE(QDir(first).entryList(QDir::Files).size(), 2);
+    }
+
+    void withoutRecordingNothingIsWritten() {
+        VirtualDeck deck(m_deckArguments);
+        QVERIFY(deck.start());
+        Session::store({u"Virtual Deck"_s, u"4p0"_s}, {}, {});
+        const QStringList before = QDir(pathRecording(QString())).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+        Session session;
+        session.setRecording(false);
+        QVERIFY(session.start());
+        QTest::qWait(500);
+        QVERIFY(session.connection().view()->painterDeckA()->mainCurve()->points().size() > 100);
+        QVERIFY(session.stop());
+        QCOMPARE(QDir(pathRecording(QString())).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), before);
+    }
+
+    void decksOnTwoCardsAndTheMasterOnAThird() {
+        VirtualDeck one(m_deckArguments);
+        QVERIFY(one.start());
+        const QStringList twoArguments{u"--pattern"_s, u"walk,walk"_s, u"--noise"_s, u"1"_s, u"--seed"_s, u"70"_s};
+        VirtualDeck two(twoArguments);
+        QVERIFY(two.start());
+        const QStringList threeArguments{u"--pattern"_s, u"walk,walk"_s, u"--noise"_s, u"1"_s, u"--seed"_s, u"700"_s};
+        VirtualDeck three(threeArguments);
+        QVERIFY(three.start());
+        Session::store({u"[Virtual Deck]"_s, u"4p0"_s}, {u"[Virtual Deck-01]"_s, u"4p1"_s},
+                       {u"[Virtual Deck-02]"_s, u"4p0"_s});
+        QVERIFY(!Singleton::instance().setting()->inputMaster()->text().isEmpty());
+        Session session;
+        session.setRecording(true);
+        QVERIFY(session.start());
+        for (const auto* recorder : session.connection().recorders()) {
+            QVERIFY(recorder->isRunning());
+        }
+        QTest::qWait(takeSeconds * 1000);
+        QVERIFY(session.stop());
+        PathFile& files = *Singleton::instance().pathFile();
+        const QStringList takes{role(files.fileDeckA()), role(files.fileDeckB()), role(files.fileMaster())};
+        const QList<int> xruns{xrunsSaid(one.stop()), xrunsSaid(two.stop()), xrunsSaid(three.stop())};
+        const QStringList sources{m_data.filePath(u"1a.wav"_s), m_data.filePath(u"2b.wav"_s),
+                                  m_data.filePath(u"3a.wav"_s)};
+        QVERIFY(one.write(u'A', sourceSeconds, sources[0]));
+        QVERIFY(two.write(u'B', sourceSeconds, sources[1]));
+        QVERIFY(three.write(u'A', sourceSeconds, sources[2]));
+        compareAll(takes, sources, xruns);
+        for (const QString& file : {files.fileDeckA(), files.fileDeckB()}) {
+            const QString grw = Session::folder().filePath(file + u".grw"_s);
+            compareTimes(grw, 64);
+            compareCurve(role(file), grw);
+        }
+    }
+
+    // Last: it takes the server away.
+    void aKilledServerEndsTheSessionWithinSecondsAndTheTakeIsKept() {
+        VirtualDeck deck(m_deckArguments);
+        QVERIFY(deck.start());
+        Session::store({u"Virtual Deck"_s, u"4p0"_s}, {u"Virtual Deck"_s, u"4p1"_s}, {});
+        Session session;
+        session.setRecording(true);
+        QVERIFY(session.start());
+        QTest::qWait(2000);
+        QElapsedTimer longestPass;
+        qint64 longest = 0;
+        m_server.kill();
+        QElapsedTimer lost;
+        lost.start();
+        while (Session::mode().modeTraining() && lost.elapsed() < 20000) {
+            longestPass.start();
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+            longest = std::max(longest, longestPass.elapsed());
+        }
+        qInfo("session ended after %lld ms; longest pass of the event loop %lld ms", lost.elapsed(), longest);
+        QVERIFY(!Session::mode().modeTraining());
+        QVERIFY(longest < 3000);
+        QCOMPARE(Session::files(u"*.wav"_s).size(), 2);
+        QCOMPARE(Session::files(u"*.grw"_s).size(), 2);
+        for (const QString& file : Session::files(u"*.wav"_s)) {
+            QVERIFY(readWave(Session::folder().filePath(file))->length() > 48000);
+        }
+    }
+};
+
+int main(int argc, char* argv[]) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    tst_LiveRecording test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_liverecording.moc"
