@@ -19,7 +19,8 @@ public:
     static constexpr int rate = 48000;
     static constexpr int period = 64;
 
-    explicit JackServer(const QString& name = QStringLiteral("gramoscope-test-%1").arg(QCoreApplication::applicationPid()))
+    explicit JackServer(
+        const QString& name = QStringLiteral("gramoscope-test-%1").arg(QCoreApplication::applicationPid()))
         : m_name(name) {}
     ~JackServer() { stop(); }
 
@@ -31,9 +32,9 @@ public:
             m_process = std::make_unique<QProcess>();
             m_process->setProcessChannelMode(QProcess::MergedChannels);
             m_process->start(QStringLiteral("jackd"),
-                             {mode, QStringLiteral("-n"), m_name, QStringLiteral("-d"), QStringLiteral("dummy"),
-                              QStringLiteral("-r"), QString::number(rate), QStringLiteral("-p"),
-                              QString::number(period)});
+                             {mode, QStringLiteral("-n"), m_name, QStringLiteral("-d"),
+                              QStringLiteral("dummy"), QStringLiteral("-r"), QString::number(rate),
+                              QStringLiteral("-p"), QString::number(period)});
             if (m_process->waitForStarted() && waitRunning()) {
                 return true;
             }
@@ -56,6 +57,18 @@ public:
         m_process->kill();
         m_process->waitForFinished(5000);
         m_process.reset();
+    }
+    /// Periods that the server says it has skipped, or in which a client was late, since the last call.
+    int reportedSkips() {
+        if (!m_process) {
+            return 0;
+        }
+        QTest::qWait(200);
+        const QString said = QString::fromUtf8(m_process->readAll());
+        if (qEnvironmentVariableIsSet("GRAMO_TEST_VERBOSE")) {
+            qInfo("%s", qPrintable(said));
+        }
+        return int(said.count(QLatin1StringView("XRun"), Qt::CaseInsensitive));
     }
     qint64 pid() const { return m_process ? m_process->processId() : 0; }
     const QString& name() const { return m_name; }
@@ -82,8 +95,7 @@ private:
 /// One gramoscope-virtualdeck. The same arguments make the same signal as a file.
 class VirtualDeck {
 public:
-    explicit VirtualDeck(QStringList arguments)
-        : m_arguments(std::move(arguments)) {}
+    explicit VirtualDeck(QStringList arguments) : m_arguments(std::move(arguments)) {}
     ~VirtualDeck() { stop(); }
 
     bool start() {
@@ -111,7 +123,9 @@ public:
                                                                       QString::number(seconds)}) == 0;
     }
 
-    static QString program() { return QDir(QStringLiteral(GRAMO_BIN_DIR)).filePath(QStringLiteral("gramoscope-virtualdeck")); }
+    static QString program() {
+        return QDir(QStringLiteral(GRAMO_BIN_DIR)).filePath(QStringLiteral("gramoscope-virtualdeck"));
+    }
 
 private:
     QStringList m_arguments;

@@ -5,6 +5,7 @@
 #include "button/qbtoggle.h"
 #include "menu/qwgridtool.h"
 #include "module/connection.h"
+#include "module/workerrecordermultichannelobject.h"
 #include "painter/qwpainter.h"
 #include "qwview.h"
 #include "state/mode.h"
@@ -38,6 +39,14 @@ public:
         m_connection->show();
     }
 
+    /// The state that outlives the program's window goes back to its start.
+    ~Session() {
+        setRecording(false);
+        m_connection.reset();
+    }
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
     Connection& connection() { return *m_connection; }
     QWGridTool& tool() { return *m_connection->view()->gridTool(); }
     static Mode& mode() { return *Singleton::instance().mode(); }
@@ -58,8 +67,12 @@ public:
         return QTest::qWaitFor([] { return !mode().modeTraining(); }, 15000);
     }
     /// The folder of the running or last recording.
-    static QDir folder() { return QDir(pathRecording(Singleton::instance().pathFile()->directoryRecording())); }
-    static QStringList files(const QString& pattern) { return folder().entryList({pattern}, QDir::Files, QDir::Name); }
+    static QDir folder() {
+        return QDir(pathRecording(Singleton::instance().pathFile()->directoryRecording()));
+    }
+    static QStringList files(const QString& pattern) {
+        return folder().entryList({pattern}, QDir::Files, QDir::Name);
+    }
 
 private:
     static QString pick(const QStringList& entries, const QStringList& words) {

@@ -9,18 +9,18 @@
 
 /// How a take follows its source.
 struct TakeCheck {
-    bool found = false;        ///< the take's start was found in the source
-    std::size_t start = 0;     ///< frame of the source that the take begins with
-    std::size_t frames = 0;    ///< frames that follow the source
-    int gaps = 0;              ///< places where the source goes on further ahead
-    std::size_t skipped = 0;   ///< frames lost in these
-    std::size_t mended = 0;    ///< frames at such places that belong to no place of the source
-    int largestStep = 0;       ///< largest difference of a sample that counts as equal
-    bool repeated = false;     ///< the take goes back in the source, or departs from it for good
+    bool found = false;      ///< the take's start was found in the source
+    std::size_t start = 0;   ///< frame of the source that the take begins with
+    std::size_t frames = 0;  ///< frames that follow the source
+    int gaps = 0;            ///< places where the source goes on further ahead
+    std::size_t skipped = 0; ///< frames lost in these
+    std::size_t mended = 0;  ///< frames at such places that belong to no place of the source
+    int largestStep = 0;     ///< largest difference of a sample that counts as equal
+    bool repeated = false;   ///< the take goes back in the source, or departs from it for good
 };
 
-/// Follows `take` through `source`, both stereo. Samples are equal within `tolerance` steps. After a departure
-/// the take has to be in the source again, further ahead, within a few periods of `period` frames.
+/// Follows `take` through `source`, both stereo. Samples are equal within `tolerance` steps. After a
+/// departure the take has to be in the source again, further ahead, within a few periods of `period` frames.
 inline TakeCheck followTake(const WaveData& take, const WaveData& source, std::size_t period, int tolerance) {
     TakeCheck check;
     const auto equalAt = [&](std::size_t t, std::size_t s, std::size_t count) {
@@ -50,8 +50,8 @@ inline TakeCheck followTake(const WaveData& take, const WaveData& source, std::s
     while (t < take.length()) {
         if (at < source.length() && equalAt(t, at, 1)) {
             for (std::size_t channel = 0; channel < 2; ++channel) {
-                check.largestStep =
-                    std::max(check.largestStep, std::abs(take.samples(channel)[t] - source.samples(channel)[at]));
+                check.largestStep = std::max(
+                    check.largestStep, std::abs(take.samples(channel)[t] - source.samples(channel)[at]));
             }
             ++check.frames;
             ++t;

@@ -62,18 +62,28 @@ private Q_SLOTS:
         QFETCH(QByteArray, name);
         const Motion motion = motionOf(*Motion::patternFromName(name.toStdString()));
         constexpr double h = 1e-4;
-        MotionState last = motion.at(h);
-        for (double t = 2 * h; t < 60.0; t += h) {
+        MotionState last = motion.at(0.0);
+        double fastest = 0.0;
+        double jolt = 0.0;
+        double slip = 0.0;
+        int lowest = 63;
+        int highest = 63;
+        for (double t = h; t < 30.0; t += h) {
             const MotionState now = motion.at(t);
-            // The speed is the derivative of the position, and it doesn't jump: below 300 per second each
-            // second.
             const double mean = (now.position - last.position) / h;
-            QVERIFY2(std::abs(mean - (now.speed + last.speed) / 2.0) < 0.01, qPrintable(QString::number(t)));
-            QVERIFY2(std::abs(now.speed - last.speed) < 300.0 * h, qPrintable(QString::number(t)));
-            QVERIFY2(std::abs(now.speed) < 8.0, qPrintable(QString::number(t)));
-            QVERIFY(now.crossfader >= 63 && now.crossfader <= 127);
+            slip = std::max(slip, std::abs(mean - (now.speed + last.speed) / 2.0));
+            jolt = std::max(jolt, std::abs(now.speed - last.speed) / h);
+            fastest = std::max(fastest, std::abs(now.speed));
+            lowest = std::min(lowest, now.crossfader);
+            highest = std::max(highest, now.crossfader);
             last = now;
         }
+        // The speed is the derivative of the position, and no hand is quicker than this.
+        QVERIFY2(slip < 0.01, qPrintable(QString::number(slip)));
+        QVERIFY2(jolt < 300.0, qPrintable(QString::number(jolt)));
+        QVERIFY2(fastest < 8.0, qPrintable(QString::number(fastest)));
+        QCOMPARE(lowest, 63);
+        QVERIFY(highest == 63 || highest == 127);
     }
 
     void aMotionIsAFunctionOfTimeAlone() {
@@ -172,14 +182,16 @@ private Q_SLOTS:
         const Motion walk = motionOf(MotionPattern::Walk);
         int turns = 0;
         int rests = 0;
+        double farthest = 0.0;
         MotionState last = walk.at(0.0);
         for (double t = 0.0; t < 600.0; t += 0.005) {
             const MotionState s = walk.at(t);
-            QVERIFY(std::abs(s.position - 10.0) < 1.0);
+            farthest = std::max(farthest, std::abs(s.position - 10.0));
             turns += s.speed * last.speed < 0.0 ? 1 : 0;
             rests += s.speed == 0.0 && last.speed == 0.0 ? 1 : 0;
             last = s;
         }
+        QVERIFY2(farthest < 1.0, qPrintable(QString::number(farthest)));
         QVERIFY2(turns > 600, qPrintable(QString::number(turns)));
         QVERIFY2(rests > 500, qPrintable(QString::number(rests)));
         QVERIFY(cuts(walk, 0.0, 60.0) > 20);

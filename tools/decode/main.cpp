@@ -81,7 +81,8 @@ bool decode(const Options& options, QFile& wav, const WaveSound& sound, QString&
     qint64 left = sound.bytes / 4;
     std::vector<std::int16_t> chunk(chunkFrames * 2);
     while (left > 0) {
-        const qint64 got = wav.read(reinterpret_cast<char*>(chunk.data()), std::min(left, chunkFrames) * 4) / 4;
+        const qint64 got =
+            wav.read(reinterpret_cast<char*>(chunk.data()), std::min(left, chunkFrames) * 4) / 4;
         if (got <= 0) {
             break;
         }
@@ -112,8 +113,8 @@ bool decode(const Options& options, QFile& wav, const WaveSound& sound, QString&
     } else {
         out << "at frame " << firstCode;
     }
-    out << "\nfinal pitch " << (points.size() > 0 ? QString::number(points.view().back().pitch, 'f', 6) : u"0"_s)
-        << Qt::endl;
+    out << "\nfinal pitch "
+        << (points.size() > 0 ? QString::number(points.view().back().pitch, 'f', 6) : u"0"_s) << Qt::endl;
     return true;
 }
 
@@ -141,8 +142,8 @@ int main(int argc, char* argv[]) {
     parser.addVersionOption();
     parser.addOptions({
         {u"timecode"_s, u"The record: %1."_s.arg(timecodeNames().join(u", "_s)), u"NAME"_s},
-        {u"output-buffer"_s, u"Frames a buffer of the output; sets the distance of the points (64)."_s, u"FRAMES"_s,
-         u"64"_s},
+        {u"output-buffer"_s, u"Frames a buffer of the output; sets the distance of the points (64)."_s,
+         u"FRAMES"_s, u"64"_s},
         {u"output-rate"_s, u"Sample rate of the output in Hz (48000)."_s, u"HZ"_s, u"48000"_s},
         {u"bpm"_s, u"Tempo written to the curve file (84)."_s, u"N"_s, u"84"_s},
     });
@@ -157,9 +158,9 @@ int main(int argc, char* argv[]) {
         return refuse(u"--timecode is missing; see --help"_s, usageError);
     }
     if (!timecodeNames().contains(options.timecode)) {
-        return refuse(u"unknown timecode \"%1\"; known are %2"_s.arg(options.timecode,
-                                                                     timecodeNames().join(u", "_s)),
-                      usageError);
+        return refuse(
+            u"unknown timecode \"%1\"; known are %2"_s.arg(options.timecode, timecodeNames().join(u", "_s)),
+            usageError);
     }
     if (!positive(parser, u"output-buffer"_s, options.outputBuffer) ||
         !positive(parser, u"output-rate"_s, options.outputRate) || !positive(parser, u"bpm"_s, options.bpm)) {

@@ -1,0 +1,200 @@
+// The program as its user meets it; what needs a JACK server is tested with the live tests.
+
+#include "syntheticrecord.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtEndian>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Outcome {
+    int code = -1;
+    QByteArray out;
+    QByteArray err;
+};
+
+Outcome deck(const QStringList& arguments) {
+    QProcess process;
+    process.start(QStringLiteral(GRAMO_BIN_DIR "/gramoscope-virtualdeck"), arguments);
+    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit) {
+        process.kill();
+        process.waitForFinished();
+        return {};
+    }
+    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+QByteArray contents(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QByteArray asBytes(const std::vector<std::int16_t>& samples) {
+    QByteArray bytes(static_cast<qsizetype>(2 * samples.size()), '\0');
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        qToLittleEndian(samples[i], bytes.data() + 2 * i);
+    }
+    return bytes;
+}
+
+TimecodeDefinition rowNamed(const char* name) {
+    for (const TimecodeDefinition& def : createTimecodeDefinitions()) {
+        if (def.name() == name) {
+            return def;
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+class tst_VirtualDeck : public QObject {
+    Q_OBJECT
+    QTemporaryDir m_folder;
+    QString path(const char* name) const { return m_folder.filePath(QLatin1String(name)); }
+
+private Q_SLOTS:
+    void helpNamesEveryOptionAndEndsWithSuccess() {
+        const Outcome o = deck({u"--help"_s});
+        QCOMPARE(o.code, 0);
+        for (const char* word :
+             {"--timecode", "--pattern", "--bpm", "--noise", "--dc", "--seed", "--server", "--seconds",
+              "--wav", "--deck", "--rate", "crossfader", "scribble", "traktor_sideB"}) {
+            QVERIFY2(o.out.contains(word), word);
+        }
+    }
+
+    void versionIsTheProgramsOwn() {
+        const Outcome o = deck({u"--version"_s});
+        QCOMPARE(o.code, 0);
+        QCOMPARE(o.out, "gramoscope-virtualdeck 2.6.5-2412\n"_ba);
+    }
+
+    void theWavFileHoldsTheLibrarysFrames_data() {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QByteArray>("timecode");
+        QTest::addColumn<int>("deckNumber");
+        QTest::addColumn<int>("pattern");
+        QTest::addColumn<double>("bpm");
+        QTest::addColumn<double>("noise");
+        QTest::addColumn<double>("dc");
+        QTest::addColumn<int>("seed");
+        QTest::addColumn<int>("rate");
+        QTest::addColumn<double>("seconds");
+        QTest::newRow("defaults") << QStringList{u"--seconds"_s, u"1"_s} << "generic_V2"_ba << 0
+                                  << int(MotionPattern::Play) << 84.0 << 0.0 << 0.0 << 1 << 48000 << 1.0;
+        QTest::newRow("deck A of two patterns")
+            << u"--timecode traktor_sideA --pattern scribble,walk --bpm 100.5 --noise 1.5 --dc -77 --seed 9 "
+               "--rate 44100 --seconds 2.5"_s.split(u' ')
+            << "traktor_sideA"_ba << 0 << int(MotionPattern::Scribble) << 100.5 << 1.5 << -77.0 << 9 << 44100
+            << 2.5;
+        QTest::newRow("deck B of two patterns")
+            << u"--timecode traktor_sideA --pattern scribble,walk --bpm 100.5 --noise 1.5 --dc -77 --seed 9 "
+               "--rate 44100 --seconds 2.5 --deck B"_s.split(u' ')
+            << "traktor_sideA"_ba << 1 << int(MotionPattern::Walk) << 100.5 << 1.5 << -77.0 << 10 << 44100
+            << 2.5;
+        QTest::newRow("deck B of one pattern")
+            << u"--timecode serato_sideB_FullDVS --pattern flare --deck B --rate 96000 --seconds 0.5"_s.split(
+                   u' ')
+            << "serato_sideB_FullDVS"_ba << 1 << int(MotionPattern::Flare) << 84.0 << 0.0 << 0.0 << 2 << 96000
+            << 0.5;
+    }
+    void theWavFileHoldsTheLibrarysFrames() {
+        QFETCH(QStringList, arguments);
+        QFETCH(QByteArray, timecode);
+        QFETCH(int, pattern);
+        QFETCH(double, bpm);
+        QFETCH(double, noise);
+        QFETCH(double, dc);
+        QFETCH(int, seed);
+        QFETCH(int, rate);
+        QFETCH(double, seconds);
+        const QString file = path("deck.wav");
+        const Outcome o = deck(arguments + QStringList{u"--wav"_s, file});
+        QCOMPARE(o.code, 0);
+        QVERIFY2(o.err.isEmpty(), o.err.constData());
+        RecordOptions options;
+        options.noisePercent = noise;
+        options.dcOffset = dc;
+        options.seed = static_cast<std::uint64_t>(seed);
+        const SyntheticRecord record(rowNamed(timecode.constData()), rate,
+                                     Motion(MotionPattern(pattern), bpm, Motion::defaultStart, options.seed),
+                                     options);
+        const auto frames = static_cast<std::size_t>(std::llround(seconds * rate));
+        const QByteArray bytes = contents(file);
+        QCOMPARE(bytes.size(), static_cast<qsizetype>(44 + 4 * frames));
+        QCOMPARE(qFromLittleEndian<quint32>(bytes.constData() + 24), static_cast<quint32>(rate));
+        QCOMPARE(qFromLittleEndian<quint32>(bytes.constData() + 40), static_cast<quint32>(4 * frames));
+        QVERIFY(bytes.mid(44) == asBytes(record.render(0, frames)));
+    }
+
+    void aFileWithoutALengthIsTenSeconds() {
+        QCOMPARE(deck({u"--wav"_s, path("ten.wav"), u"--rate"_s, u"8000"_s}).code, 0);
+        QCOMPARE(contents(path("ten.wav")).size(), 44 + 4 * 80000);
+    }
+
+    void badArgumentsAreRefused_data() {
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<QByteArray>("word");
+        const auto row = [](const char* title, const char* arguments, const char* word) {
+            QTest::newRow(title) << QString::fromLatin1(arguments) << QByteArray(word);
+        };
+        row("unknown timecode", "--timecode serato_sideA", "serato_sideA");
+        row("empty timecode", "--timecode=", "timecode");
+        row("unknown pattern", "--pattern baby,foo", "foo");
+        row("three patterns", "--pattern baby,baby,baby", "--pattern");
+        row("missing pattern", "--pattern baby,", "pattern");
+        row("tempo too low", "--bpm 19", "--bpm");
+        row("tempo too high", "--bpm 401", "--bpm");
+        row("tempo no number", "--bpm fast", "--bpm");
+        row("tempo not a number", "--bpm nan", "--bpm");
+        row("tempo infinite", "--bpm inf", "--bpm");
+        row("noise below 0", "--noise -1", "--noise");
+        row("noise above 100", "--noise 101", "--noise");
+        row("offset beyond 16 bits", "--dc 32768", "--dc");
+        row("negative seed", "--seed -1", "--seed");
+        row("seed beyond 32 bits", "--seed 4294967296", "--seed");
+        row("fractional seed", "--seed 1.5", "--seed");
+        row("no time", "--seconds 0", "--seconds");
+        row("negative time", "--seconds -3", "--seconds");
+        row("rate without a file", "--rate 48000", "--rate");
+        row("deck without a file", "--deck A", "--deck");
+        row("rate too low", "--wav x.wav --rate 7999", "--rate");
+        row("rate too high", "--wav x.wav --rate 192001", "--rate");
+        row("a third deck", "--wav x.wav --deck C", "--deck");
+        row("a file and a server", "--wav x.wav --server default", "--server");
+        row("unknown option", "--loud", "loud");
+        row("missing value", "--bpm", "bpm");
+        row("stray word", "baby", "baby");
+    }
+    void badArgumentsAreRefused() {
+        QFETCH(QString, arguments);
+        QFETCH(QByteArray, word);
+        const Outcome o = deck(arguments.split(u' '));
+        QCOMPARE(o.code, 2);
+        QVERIFY2(o.err.contains(word), o.err.constData());
+        QVERIFY(o.out.isEmpty());
+    }
+
+    void aFileThatCannotBeWrittenIsReported() {
+        for (const QString& file : {path("no/such/folder.wav"), m_folder.path(), u"/dev/full"_s}) {
+            const Outcome o = deck({u"--seconds"_s, u"1"_s, u"--wav"_s, file});
+            QCOMPARE(o.code, 1);
+            QVERIFY2(o.err.contains(file.toUtf8()), o.err.constData());
+        }
+    }
+
+    void aMissingServerIsReported() {
+        const Outcome o = deck({u"--server"_s, u"no-such-server-here"_s});
+        QCOMPARE(o.code, 1);
+        QVERIFY2(o.err.contains("no-such-server-here"), o.err.constData());
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_VirtualDeck)
+#include "tst_virtualdeck.moc"
