@@ -1,0 +1,285 @@
+// The controller with no sound hardware at all: the whole program in this process, its timers and its order.
+
+#include "session.h"
+
+#include "button/qdled.h"
+#include "combobox/qcomboboxbpm.h"
+#include "curve/qcurve.h"
+
+#include <QApplication>
+#include <QSplashScreen>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QtTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// Counts the paint events of a widget.
+class PaintCounter : public QObject {
+public:
+    explicit PaintCounter(QWidget* widget) { widget->installEventFilter(this); }
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
+int visibleSplashes() {
+    int count = 0;
+    for (const QWidget* widget : QApplication::topLevelWidgets()) {
+        count += qobject_cast<const QSplashScreen*>(widget) != nullptr && widget->isVisible() ? 1 : 0;
+    }
+    return count;
+}
+
+RecordingLooperTraining& entry() {
+    return *Singleton::instance().recordingLooperTraining();
+}
+
+} // namespace
+
+class tst_Connection : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_data;
+
+    // Repaints within `ms`.
+    static int repaints(Session& session, int ms) {
+        PaintCounter counter(session.connection().view()->painterDeckA());
+        QTest::qWait(ms);
+        return counter.count;
+    }
+
+private Q_SLOTS:
+    void initTestCase() {
+        qputenv("JACK_DEFAULT_SERVER", "no-such-server");
+        useDataFolder(m_data.filePath(u"AppData"_s));
+    }
+
+    void init() { entry().setBpmEffective(1200.0); }
+
+    void withNoDeviceTheWindowComesUpAndTheGraphKeepsRepainting() {
+        Session session;
+        QVERIFY(session.connection().isVisible());
+        QVERIFY(session.connection().view()->painterDeckA()->isVisible());
+        QVERIFY(!session.connection().view()->painterDeckB()->isVisible());
+        QVERIFY(repaints(session, 1000) > 15);
+        QVERIFY(session.start());
+        for (const auto* recorder : session.connection().recorders()) {
+            QVERIFY(!recorder->isOpen());
+        }
+        QVERIFY(repaints(session, 1000) > 15);
+        QVERIFY(session.stop());
+    }
+
+    void aNewDisplayFrequencyTakesEffectWithoutARestartOfTheTimer() {
+        Session session;
+        Performance& performance = *Singleton::instance().performance();
+        QTimer* display = nullptr;
+        for (QTimer* timer : session.connection().findChildren<QTimer*>(Qt::FindDirectChildrenOnly)) {
+            if (timer->isActive() && timer->interval() == 16) {
+                display = timer;
+            }
+        }
+        QVERIFY(display != nullptr);
+        QCOMPARE(display->timerType(), Qt::PreciseTimer);
+        QVERIFY(session.start());
+        performance.setDisplayFrequency(30);
+        QCOMPARE(display->interval(), 33);
+        QVERIFY(display->isActive());
+        performance.setDisplayFrequency(120);
+        QCOMPARE(display->interval(), 8);
+        QVERIFY(display->isActive());
+        QVERIFY(session.stop());
+        QVERIFY(display->isActive());
+        performance.setDisplayFrequency(60);
+    }
+
+    void theCountInHasFiveTicksAndTheSessionStartsOnTheFifth() {
+        Session session;
+        QSignalSpy started(&session.connection(), &Connection::s_startTraining);
+        QTimer* countdown = nullptr;
+        session.mode().modeTraining_on();
+        for (QTimer* timer : session.connection().findChildren<QTimer*>(Qt::FindDirectChildrenOnly)) {
+            if (timer->isActive() && timer->interval() == 50) {
+                countdown = timer;
+            }
+        }
+        QVERIFY(countdown != nullptr);
+        QSignalSpy ticks(countdown, &QTimer::timeout);
+        QVERIFY(QTest::qWaitFor([&] { return started.size() == 1; }, 5000));
+        QCOMPARE(ticks.size(), 5);
+        QVERIFY(!countdown->isActive());
+        QVERIFY(session.mode().modeRun());
+        QVERIFY(session.mode().modeStartSynchronized());
+        session.mode().modeTraining_off();
+        QVERIFY(!session.mode().modeRun());
+        QVERIFY(!session.mode().modeStartSynchronized());
+    }
+
+    void stoppingInTheCountInStillEndsInRunAllSoundAndLeavesTheSynchronisedFlagSet() {
+        Session session;
+        QSignalSpy started(&session.connection(), &Connection::s_startTraining);
+        QSignalSpy beats(&session.connection(), &Connection::s_metronum);
+        session.mode().modeTraining_on();
+        QTest::qWait(120);
+        session.mode().modeTraining_off();
+        QCOMPARE(started.size(), 0);
+        QVERIFY(QTest::qWaitFor([&] { return started.size() == 1; }, 5000));
+        QVERIFY(session.mode().modeStartSynchronized());
+        for (const auto* recorder : session.connection().recorders()) {
+            QVERIFY(!recorder->isOpen());
+        }
+        QTest::qWait(200);
+        QCOMPARE(beats.size(), 0);
+        session.mode().modeTraining_off();
+    }
+
+    void theFirstFourthBeatComesOnTheFourthBeatAfterTheStart() {
+        Session session;
+        QStringList order;
+        QVERIFY(session.start());
+        connect(&session.connection(), &Connection::s_metronum, this, [&] { order << u"beat"_s; });
+        connect(&session.connection(), &Connection::s_metronum_All4, this, [&] { order << u"four"_s; });
+        session.connection().runAllSound();
+        QVERIFY(QTest::qWaitFor([&] { return order.size() >= 10; }, 5000));
+        QCOMPARE(order.first(10), (QStringList{u"beat"_s, u"beat"_s, u"beat"_s, u"beat"_s, u"four"_s,
+                                               u"beat"_s, u"beat"_s, u"beat"_s, u"beat"_s, u"four"_s}));
+        QVERIFY(session.stop());
+        const qsizetype atStop = order.size();
+        QTest::qWait(200);
+        QCOMPARE(order.size(), atStop);
+    }
+
+    void aSecondCallShowsASecondSplashForTwoSeconds() {
+        Session session;
+        QTRY_COMPARE_WITH_TIMEOUT(visibleSplashes(), 0, 6000);
+        session.connection().actionSplashscreen();
+        QCOMPARE(visibleSplashes(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(visibleSplashes(), 0, 6000);
+    }
+
+    void theControlsOfARunningSessionAreLockedAndFreedAgain() {
+        Session session;
+        QVERIFY(session.start());
+        QVERIFY(!session.tool().recordToggle()->isEnabled());
+        QVERIFY(!session.tool().bpmComboBox()->isEnabled());
+        QVERIFY(session.mode().modeCurrentTimerAutoresize());
+        QVERIFY(session.stop());
+        QVERIFY(session.tool().recordToggle()->isEnabled());
+        QVERIFY(session.tool().bpmComboBox()->isEnabled());
+        QVERIFY(!session.mode().modeCurrentTimerAutoresize());
+    }
+
+    void theSpaceKeyStartsAndStopsASession() {
+        Session session;
+        session.connection().activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&session.connection()));
+        QTest::keyClick(&session.connection(), Qt::Key_Space);
+        QVERIFY(QTest::qWaitFor([&] { return session.mode().modeRun(); }, 5000));
+        QTest::keyClick(&session.connection(), Qt::Key_Space);
+        QVERIFY(QTest::qWaitFor([&] { return !session.mode().modeTraining(); }, 5000));
+    }
+
+    void aPressDuringTheCountInIsKeptOut() {
+        Session session;
+        QTest::mouseClick(session.tool().playButton(), Qt::LeftButton);
+        QTest::mouseClick(session.tool().playButton(), Qt::LeftButton);
+        QTest::qWait(150);
+        QVERIFY(session.mode().modeTraining());
+        QTest::mouseClick(session.tool().playButton(), Qt::LeftButton);
+        QVERIFY(session.mode().modeTraining());
+        QVERIFY(QTest::qWaitFor([&] { return session.mode().modeRun(); }, 5000));
+        QVERIFY(session.stop());
+    }
+
+    void theStoredReverseIsTakenOverAndMixIsOn() {
+        Singleton::instance().setting()->setOptionHamsterMode(true);
+        {
+            Session session;
+            QVERIFY(session.mode().modeReverse());
+            QVERIFY(session.tool().reverseToggle()->isChecked());
+            QVERIFY(session.mode().modeMix());
+            session.tool().reverseToggle()->toggle_off();
+        }
+        QVERIFY(!Singleton::instance().setting()->optionHamsterMode());
+        Session session;
+        QVERIFY(!session.mode().modeReverse());
+    }
+
+    void aFullDvsTimecodeIsAppliedAtTheStart() {
+        Singleton::instance().setting()->setTimecode(u"serato_sideB_FullDVS"_s);
+        {
+            Session session;
+            QVERIFY(session.mode().modeFullDVS());
+        }
+        Singleton::instance().setting()->setTimecode(u"traktor_sideA"_s);
+        Session session;
+        QVERIFY(!session.mode().modeFullDVS());
+        Singleton::instance().setting()->setTimecode(u"generic_V2"_s);
+    }
+
+    void recordingChangesThePlayButtonsPictures() {
+        Session session;
+        QSignalSpy status(Singleton::instance().mode(), &Mode::s_RecorderModeStatus);
+        session.setRecording(true);
+        QCOMPARE(status.size(), 1);
+        QVERIFY(!Singleton::instance().pathFile()->directoryRecording().isEmpty());
+        session.setRecording(false);
+        QCOMPARE(status.size(), 2);
+    }
+
+    void tempoChangeWhileRunningRestartsGridAndBeat() {
+        Session session;
+        QVERIFY(session.start());
+        QSignalSpy grid(session.connection().view()->painterDeckA(), &QWPainter::s_InitStart);
+        QSignalSpy beats(&session.connection(), &Connection::s_metronum);
+        session.connection().updateTimerBPM();
+        QVERIFY(!grid.isEmpty());
+        QVERIFY(QTest::qWaitFor([&] { return beats.size() >= 2; }, 5000));
+        QVERIFY(session.stop());
+    }
+
+    void theMetronomeStaysOnTheExactTempo() {
+        entry().setBpmEffective(1130.0); // 53.097 ms: the truncated interval alone would gain 1.8 ms a second
+        Session session;
+        QVERIFY(session.start());
+        constexpr int beatsToCount = 100;
+        int beats = 0;
+        QElapsedTimer clock;
+        QList<double> at;
+        connect(&session.connection(), &Connection::s_metronum, this, [&] {
+            ++beats;
+            at << double(clock.nsecsElapsed()) / 1e6;
+        });
+        session.connection().stopTimerBpm();
+        clock.start();
+        session.connection().startTimerBpm();
+        QVERIFY(QTest::qWaitFor([&] { return beats >= beatsToCount; }, 20000));
+        // A busy machine delivers single beats late, and lateness doesn't add up: the earliest of the last
+        // beats against their due times shows the drift.
+        const double truncatedDrift = beatsToCount * (60000.0 / 1130.0 - 53.0);
+        double drift = 1e9;
+        for (int k = beatsToCount - 20; k < beatsToCount; ++k) {
+            drift = std::min(drift, at[k] - double(k + 1) * 60000.0 / 1130.0);
+        }
+        qInfo("drift after %d beats: %.3f ms", beatsToCount, drift);
+        QVERIFY2(std::abs(drift) < truncatedDrift / 2,
+                 "the truncated interval alone would be twice as far off");
+        QVERIFY(session.stop());
+    }
+};
+
+int main(int argc, char* argv[]) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    tst_Connection test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_connection.moc"

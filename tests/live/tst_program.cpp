@@ -1,0 +1,180 @@
+// The program as a process of its own under a real X server and window manager.
+
+#include "liverig.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// Runs a command and returns what it printed; empty if it failed.
+QString run(const QString& program, const QStringList& arguments) {
+    QProcess process;
+    process.start(program, arguments);
+    return process.waitForFinished(10000) && process.exitCode() == 0
+               ? QString::fromUtf8(process.readAllStandardOutput()).trimmed()
+               : QString();
+}
+
+// Xvfb with openbox: a screen on which a window can be maximised and asked to close.
+class Screen {
+public:
+    bool start() {
+        m_server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1920x1080x24"_s,
+                                   u"-nolisten"_s, u"tcp"_s, u"-noreset"_s});
+        if (!m_server.waitForReadyRead(15000)) {
+            return false;
+        }
+        qputenv("DISPLAY", ":" + m_server.readAllStandardOutput().trimmed());
+        m_manager.start(u"openbox"_s, {u"--sm-disable"_s});
+        return m_manager.waitForStarted() &&
+               QTest::qWaitFor(
+                   [] {
+                       return run(u"xprop"_s, {u"-root"_s, u"_NET_SUPPORTING_WM_CHECK"_s})
+                           .contains(u"window id"_s);
+                   },
+                   10000);
+    }
+    ~Screen() {
+        for (QProcess* process : {&m_manager, &m_server}) {
+            process->terminate();
+            process->waitForFinished(5000);
+        }
+    }
+
+private:
+    QProcess m_server;
+    QProcess m_manager;
+};
+
+} // namespace
+
+class tst_Program : public QObject {
+    Q_OBJECT
+
+    Screen m_screen;
+
+    // The program with the delivered data folder, in a place of its own.
+    static QString installed(const QTemporaryDir& place) {
+        const QDir bin(QStringLiteral(GRAMO_BIN_DIR));
+        QFile::copy(bin.filePath(u"gramoscope"_s), place.filePath(u"gramoscope"_s));
+        QProcess::execute(u"cp"_s, {u"-R"_s, QDir(QStringLiteral(GRAMO_TEST_DIR)).filePath(u"../appdata"_s),
+                                    place.filePath(u"AppData"_s)});
+        return place.filePath(u"gramoscope"_s);
+    }
+
+    static QProcessEnvironment environment(const QTemporaryDir& place) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+        environment.insert(u"JACK_DEFAULT_SERVER"_s, u"no-such-server"_s);
+        environment.insert(u"XDG_RUNTIME_DIR"_s, place.path());
+        return environment;
+    }
+
+    // The main window: visible, maximised. The splash is smaller and goes by itself.
+    static QString mainWindow(qint64 pid) {
+        const QStringList windows =
+            run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--pid"_s, QString::number(pid)})
+                .split(u'\n');
+        for (const QString& window : windows) {
+            if (!window.isEmpty() &&
+                run(u"xprop"_s, {u"-id"_s, window, u"_NET_WM_STATE"_s}).contains(u"MAXIMIZED_VERT"_s)) {
+                return window;
+            }
+        }
+        return {};
+    }
+
+private Q_SLOTS:
+    void initTestCase() { QVERIFY(m_screen.start()); }
+
+    void withNoSoundHardwareItComesUpMaximisedSaysNothingAndClosesCleanly() {
+        QTemporaryDir place;
+        QProcess program;
+        program.setProcessEnvironment(environment(place));
+        QElapsedTimer since;
+        since.start();
+        program.start(installed(place), QStringList());
+        QVERIFY(program.waitForStarted());
+        QString window;
+        QVERIFY(
+            QTest::qWaitFor([&] { return !(window = mainWindow(program.processId())).isEmpty(); }, 20000));
+        qInfo("maximised after %lld ms", since.elapsed());
+        const QString geometry = run(u"xdotool"_s, {u"getwindowgeometry"_s, u"--shell"_s, window});
+        QVERIFY2(geometry.contains(u"WIDTH=1920"_s), qPrintable(geometry));
+        QTest::qWait(2500); // beyond the splash
+        QCOMPARE(program.state(), QProcess::Running);
+        run(u"wmctrl"_s, {u"-i"_s, u"-c"_s, window});
+        QVERIFY(program.waitForFinished(10000));
+        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(program.exitCode(), 0);
+        QCOMPARE(program.readAllStandardOutput(), QByteArray());
+        QCOMPARE(program.readAllStandardError(), QByteArray());
+        QVERIFY(QFileInfo::exists(place.filePath(u"AppData/Input/config.ini"_s)));
+    }
+
+    void startedFromElsewhereItFindsTheSameData() {
+        QTemporaryDir place;
+        QTemporaryDir elsewhere;
+        QProcess program;
+        program.setProcessEnvironment(environment(place));
+        program.setWorkingDirectory(elsewhere.path());
+        program.start(installed(place), QStringList());
+        QVERIFY(QTest::qWaitFor([&] { return !mainWindow(program.processId()).isEmpty(); }, 20000));
+        program.terminate();
+        QVERIFY(program.waitForFinished(10000));
+        QCOMPARE(program.exitCode(), 0);
+        QVERIFY(QFileInfo::exists(place.filePath(u"AppData/Input/config.ini"_s)));
+        QVERIFY(QDir(elsewhere.path()).isEmpty());
+    }
+
+    void askedToEndBySignalItSavesTheRunningTake() {
+        JackServer server(u"gramoscope-program-test-%1"_s.arg(QCoreApplication::applicationPid()));
+        QVERIFY(server.start());
+        VirtualDeck deck({u"--pattern"_s, u"baby,play"_s});
+        QVERIFY(deck.start());
+        QTemporaryDir place;
+        QProcess program;
+        QProcessEnvironment with = environment(place);
+        with.insert(u"JACK_DEFAULT_SERVER"_s, server.name());
+        program.setProcessEnvironment(with);
+        program.start(installed(place), QStringList());
+        QString window;
+        QVERIFY(
+            QTest::qWaitFor([&] { return !(window = mainWindow(program.processId())).isEmpty(); }, 20000));
+        QTest::qWait(2500); // beyond the splash
+        const QString geometry = run(u"xdotool"_s, {u"getwindowgeometry"_s, u"--shell"_s, window});
+        static const QRegularExpression height(u"HEIGHT=(\\d+)"_s);
+        const int bottom = height.match(geometry).captured(1).toInt();
+        run(u"xdotool"_s, {u"mousemove"_s, u"--window"_s, window, u"30"_s, QString::number(bottom - 30),
+                           u"click"_s, u"1"_s});
+        run(u"xdotool"_s, {u"key"_s, u"space"_s});
+        QTest::qWait(6000); // the count-in takes 3.6 s
+        program.terminate();
+        QVERIFY(program.waitForFinished(10000));
+        QCOMPARE(program.exitCode(), 0);
+        const QDir recording(place.filePath(u"AppData/Recording"_s));
+        const QStringList folders = recording.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+        QCOMPARE(folders.size(), 1);
+        const QDir folder(recording.filePath(folders.first()));
+        QCOMPARE(folder.entryList({u"*.wav"_s}).size(), 2);
+        const QFileInfoList curves = folder.entryInfoList({u"*.grw"_s});
+        QCOMPARE(curves.size(), 2);
+        for (const QFileInfo& curve : curves) {
+            QVERIFY(curve.size() > 8 + 23 * 500);
+        }
+    }
+};
+
+int main(int argc, char* argv[]) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    tst_Program test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_program.moc"

@@ -1,0 +1,303 @@
+// The virtual deck as a JACK client, heard by another client on a server of the test's own.
+
+#include "liverig.h"
+#include "syntheticrecord.h"
+
+#include <QProcess>
+#include <QTest>
+
+#include <jack/jack.h>
+#include <jack/midiport.h>
+
+#include <array>
+#include <atomic>
+#include <csignal>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr double rate = 48000.0;
+
+struct MidiMessage {
+    std::uint64_t frame; // of the recording
+    std::array<std::uint8_t, 3> bytes;
+};
+
+// Records what comes out of the deck, from the connection on, into memory made beforehand.
+class Listener {
+public:
+    Listener(const JackServer& server, double seconds) : m_room(static_cast<std::size_t>(seconds * rate)) {
+        for (auto& channel : m_audio) {
+            channel.resize(m_room);
+        }
+        m_midi.reserve(100000);
+        m_client =
+            jack_client_open("listener", static_cast<jack_options_t>(JackNoStartServer | JackServerName),
+                             nullptr, server.name().toLatin1().constData());
+        if (m_client == nullptr) {
+            qFatal("the listener can't join the server");
+        }
+        for (std::size_t i = 0; i < 4; ++i) {
+            m_ports[i] = jack_port_register(m_client, names[i], JACK_DEFAULT_AUDIO_TYPE, JackPortIsInput, 0);
+        }
+        m_midiPort = jack_port_register(m_client, "crossfader", JACK_DEFAULT_MIDI_TYPE, JackPortIsInput, 0);
+        jack_set_process_callback(
+            m_client,
+            [](jack_nframes_t count, void* self) {
+                static_cast<Listener*>(self)->process(count);
+                return 0;
+            },
+            this);
+        jack_set_xrun_callback(
+            m_client,
+            [](void* self) {
+                ++static_cast<Listener*>(self)->xruns;
+                return 0;
+            },
+            this);
+        jack_activate(m_client);
+    }
+    ~Listener() { jack_client_close(m_client); }
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+
+    bool connectTo(const char* deck) {
+        bool connected = true;
+        for (const char* name : {names[0], names[1], names[2], names[3], "crossfader"}) {
+            const std::string from = std::string(deck) + ":" + name;
+            connected =
+                jack_connect(m_client, from.c_str(), (std::string("listener:") + name).c_str()) == 0 &&
+                connected;
+        }
+        return connected;
+    }
+    std::size_t recorded() const { return m_recorded.load(std::memory_order_acquire); }
+    int sample(std::size_t channel, std::size_t frame) const {
+        const float value = m_audio[channel][frame] * 32768.0F;
+        return value == std::floor(value) ? static_cast<int>(value) : 99999; // a value that no frame has
+    }
+    const std::vector<MidiMessage>& midi() const { return m_midi; }
+    std::atomic<int> xruns{0};
+
+private:
+    static constexpr std::array<const char*, 4> names{"deckA_left", "deckA_right", "deckB_left",
+                                                      "deckB_right"};
+
+    void process(jack_nframes_t count) {
+        const std::size_t first = m_recorded.load(std::memory_order_relaxed);
+        if (first + count > m_room) {
+            return;
+        }
+        for (std::size_t i = 0; i < 4; ++i) {
+            const auto* in = static_cast<const float*>(jack_port_get_buffer(m_ports[i], count));
+            std::copy(in, in + count, m_audio[i].begin() + static_cast<std::ptrdiff_t>(first));
+        }
+        void* buffer = jack_port_get_buffer(m_midiPort, count);
+        for (jack_nframes_t e = 0; e < jack_midi_get_event_count(buffer); ++e) {
+            jack_midi_event_t event;
+            jack_midi_event_get(&event, buffer, e);
+            if (event.size == 3 && m_midi.size() < m_midi.capacity()) {
+                m_midi.push_back({first + event.time, {event.buffer[0], event.buffer[1], event.buffer[2]}});
+            }
+        }
+        m_recorded.store(first + count, std::memory_order_release);
+    }
+
+    jack_client_t* m_client = nullptr;
+    std::array<jack_port_t*, 4> m_ports{};
+    jack_port_t* m_midiPort = nullptr;
+    std::size_t m_room;
+    std::array<std::vector<float>, 4> m_audio;
+    std::vector<MidiMessage> m_midi;
+    std::atomic<std::size_t> m_recorded{0};
+};
+
+// The program, started on `server` and known to have joined it.
+class Deck : public QProcess {
+public:
+    Deck(const JackServer& server, const QStringList& arguments) {
+        start(QStringLiteral(GRAMO_BIN_DIR "/gramoscope-virtualdeck"),
+              QStringList{u"--server"_s, server.name()} + arguments);
+        while (!m_said.contains('\n') && waitForReadyRead(10000)) {
+            m_said += readAllStandardOutput();
+        }
+    }
+    ~Deck() override {
+        if (state() != NotRunning) {
+            kill();
+            waitForFinished();
+        }
+    }
+    // All that it printed so far.
+    QByteArray said() { return m_said += readAllStandardOutput(); }
+
+private:
+    QByteArray m_said;
+};
+
+std::array<SyntheticRecord, 2> records() {
+    RecordOptions a;
+    a.noisePercent = 0.5;
+    a.seed = 21;
+    RecordOptions b = a;
+    b.seed = 22;
+    const TimecodeDefinition def = createTimecodeDefinitions()[3];
+    return {SyntheticRecord(def, rate, Motion(MotionPattern::Transform, 120.0, Motion::defaultStart, 21), a),
+            SyntheticRecord(def, rate, Motion(MotionPattern::Walk, 120.0, Motion::defaultStart, 22), b)};
+}
+
+QString serverName(const QString& use) {
+    return u"gramoscope-deck-%1-%2"_s.arg(QCoreApplication::applicationPid()).arg(use);
+}
+
+const QStringList& recordArguments() {
+    static const QStringList words =
+        u"--timecode traktor_sideA --pattern transform,walk --bpm 120 --noise 0.5 --seed 21"_s.split(u' ');
+    return words;
+}
+
+} // namespace
+
+class tst_VirtualDeckLive : public QObject {
+    Q_OBJECT
+    JackServer m_server{serverName(u"long"_s)};
+
+private Q_SLOTS:
+    void initTestCase() { QVERIFY2(m_server.start(), "jackd doesn't start"); }
+
+    void theLiveSignalIsTheLibrarysFrameByFrame() {
+        const std::array<SyntheticRecord, 2> record = records();
+        Listener listener(m_server, 30.0);
+        Deck deck(m_server, recordArguments() + QStringList{u"--seconds"_s, u"8"_s});
+        QVERIFY2(deck.said().contains("JACK client \"Virtual Deck\" at 48000 Hz"), deck.said().constData());
+        QVERIFY(listener.connectTo("Virtual Deck"));
+        QVERIFY(deck.waitForFinished(30000));
+        QCOMPARE(deck.exitCode(), 0);
+        QVERIFY2(deck.said().contains("frames 384000, xruns "), deck.said().constData());
+
+        // Where in the record the recording is at each of its frames; -1 before the connection and after the
+        // end.
+        std::vector<std::int64_t> place(listener.recorded(), -1);
+        const auto fits = [&](std::size_t at, std::int64_t frame) {
+            const StereoFrame a = record[0].frame(static_cast<std::uint64_t>(frame));
+            const StereoFrame b = record[1].frame(static_cast<std::uint64_t>(frame));
+            return listener.sample(0, at) == a.left && listener.sample(1, at) == a.right &&
+                   listener.sample(2, at) == b.left && listener.sample(3, at) == b.right;
+        };
+        std::int64_t next = -1;
+        std::size_t heard = 0;
+        int breaks = 0;
+        for (std::size_t at = 0; at < place.size(); ++at) {
+            if (next >= 384000) {
+                break;
+            }
+            if (next < 0 || !fits(at, next)) {
+                int mute = 0;
+                for (std::size_t channel = 0; channel < 4; ++channel) {
+                    mute += listener.sample(channel, at) == 0 ? 1 : 0;
+                }
+                // A cycle that the server skipped is silent; at first the ports are joined one by one.
+                if (mute == 4 || (next < 0 && mute > 0)) {
+                    continue;
+                }
+                // Look it up; with noise on four channels no two frames are alike.
+                breaks += next < 0 ? 0 : 1;
+                std::int64_t found = next < 0 ? 0 : next;
+                while (found < 384000 && !fits(at, found)) {
+                    ++found;
+                }
+                if (found >= 384000) { for (std::size_t k = at - 70; k < at + 140; ++k) { std::fprintf(stderr, "%zu:", k); for (std::size_t c=0;c<4;++c) { int w=listener.sample(c,k); std::int64_t hit=-1; for (std::int64_t f=0; f<48000*2 && w!=0; ++f) { auto q=record[c/2].frame(f); if ((c%2? q.right:q.left)==w) { auto q2=record[c/2].frame(f+1); if ((c%2? q2.right:q2.left)==listener.sample(c,k+1)) {hit=f;break;} } } std::fprintf(stderr, " %d@%lld", w, (long long)hit);} std::fprintf(stderr, "  next %lld\n", (long long)next); } }
+                QVERIFY2(found < 384000, qPrintable(u"frame %1 is none of the record's"_s.arg(at)));
+                next = found;
+            }
+            place[at] = next++;
+            ++heard;
+        }
+        QVERIFY2(heard > 6 * 48000, qPrintable(QString::number(heard)));
+        QVERIFY2(breaks <= listener.xruns,
+                 qPrintable(u"%1 breaks, %2 xruns"_s.arg(breaks).arg(listener.xruns)));
+
+        // Each message comes with the very frame at which the fader of deck A changes, and none is missing.
+        std::size_t told = 0;
+        for (const MidiMessage& message : listener.midi()) {
+            QCOMPARE(int{message.bytes[0]}, 0xB0);
+            QCOMPARE(int{message.bytes[1]}, 8);
+            const std::int64_t frame = place[message.frame];
+            QVERIFY(frame >= 0);
+            const auto f = static_cast<std::uint64_t>(frame);
+            QCOMPARE(int{message.bytes[2]}, record[0].truth(f).crossfader);
+            QVERIFY(f == 0 || record[0].truth(f - 1).crossfader != record[0].truth(f).crossfader);
+            ++told;
+        }
+        std::size_t changes = 0;
+        for (std::size_t at = 1; at < place.size(); ++at) {
+            if (place[at] > 0 && place[at - 1] == place[at] - 1) {
+                const auto f = static_cast<std::uint64_t>(place[at]);
+                changes += record[0].truth(f).crossfader != record[0].truth(f - 1).crossfader ? 1U : 0U;
+            }
+        }
+        QVERIFY2(changes > 1000, qPrintable(QString::number(changes)));
+        QVERIFY2(told >= changes && told <= changes + 1 + static_cast<std::size_t>(breaks),
+                 qPrintable(u"%1 told, %2 changes"_s.arg(told).arg(changes)));
+    }
+
+    void aTakenNameIsReplacedAndSaid() {
+        Deck first(m_server, {});
+        Deck second(m_server, {});
+        QVERIFY(first.said().contains("\"Virtual Deck\""));
+        QVERIFY2(second.said().contains("\"Virtual Deck-"), second.said().constData());
+    }
+
+    void aSignalEndsItWithSuccess() {
+        for (const int number : {SIGINT, SIGTERM}) {
+            Deck deck(m_server, {});
+            QTest::qWait(200);
+            ::kill(static_cast<pid_t>(deck.processId()), number);
+            QVERIFY(deck.waitForFinished(5000));
+            QCOMPARE(deck.exitStatus(), QProcess::NormalExit);
+            QCOMPARE(deck.exitCode(), 0);
+            QVERIFY2(deck.said().contains("frames ") && deck.said().contains(", xruns "),
+                     deck.said().constData());
+        }
+    }
+
+    void aServerThatGoesIsReported_data() {
+        QTest::addColumn<bool>("crash");
+        QTest::newRow("in good order") << false;
+        QTest::newRow("by a crash") << true;
+    }
+    void aServerThatGoesIsReported() {
+        QFETCH(bool, crash);
+        JackServer server(serverName(u"short"_s));
+        QVERIFY(server.start());
+        Deck deck(server, {});
+        QTest::qWait(200);
+        if (crash) {
+            server.kill();
+        } else {
+            server.stop();
+        }
+        QVERIFY(deck.waitForFinished(15000));
+        QCOMPARE(deck.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(deck.exitCode(), 1);
+        QVERIFY(deck.readAllStandardError().contains("the JACK server is gone"));
+    }
+
+    void aServerThatFallsSilentIsReported() {
+        JackServer server(serverName(u"short"_s));
+        QVERIFY(server.start());
+        Deck deck(server, {});
+        QTest::qWait(200);
+        ::kill(static_cast<pid_t>(server.pid()), SIGSTOP);
+        const bool finished = deck.waitForFinished(15000);
+        ::kill(static_cast<pid_t>(server.pid()), SIGCONT);
+        QVERIFY(finished);
+        QCOMPARE(deck.exitCode(), 1);
+        QVERIFY(deck.readAllStandardError().contains("no frames"));
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_VirtualDeckLive)
+#include "tst_virtualdecklive.moc"
