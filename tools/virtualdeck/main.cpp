@@ -64,13 +64,14 @@ int playLive(const DeckOptions& options) {
     }
     heedSignals();
     const double rate = deck.sampleRate();
-    std::printf("JACK client \"%s\" at %.0f Hz\n", deck.name().c_str(), rate);
-    std::fflush(stdout);
     const std::uint64_t limit =
         options.seconds ? std::max<std::uint64_t>(1, frameCount(*options.seconds, rate)) : 0;
     if (!deck.start(options.record(0, rate), options.record(1, rate), limit)) {
         return complain(QString::fromStdString(deck.error()), 1);
     }
+    // Whoever reads this may connect to the ports.
+    std::printf("JACK client \"%s\" at %.0f Hz\n", deck.name().c_str(), rate);
+    std::fflush(stdout);
     using Clock = std::chrono::steady_clock;
     constexpr std::chrono::seconds patience{5};
     std::uint64_t seen = 0;

@@ -1,0 +1,43 @@
+// gramoscope-devices: the sound devices that the machine offers now, as the lines that config.ini takes.
+
+#include "model/constants.h"
+#include "state/devicecatalogue.h"
+#include "state/pathfile.h"
+#include "state/settingmixer.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QTextStream>
+
+using namespace Qt::Literals::StringLiterals;
+
+int main(int argc, char* argv[]) {
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(u"gramoscope-devices"_s);
+    QCoreApplication::setApplicationVersion(Constant::applicationVersion);
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        u"Lists the sound devices that Gramo Scope can use now, one line a device and channel place."_s);
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.process(application);
+    if (!parser.positionalArguments().isEmpty()) {
+        QTextStream(stderr) << "gramoscope-devices: takes no arguments; see --help" << Qt::endl;
+        return 2;
+    }
+
+    const SettingMixer mixer;
+    const std::vector<DeviceDescription> devices = presentDevices();
+    QTextStream out(stdout);
+    for (const auto& [title, direction] : {std::pair{"inputs"_L1, ModelAudioDeviceInfo::AUDIO_INPUT},
+                                           std::pair{"outputs"_L1, ModelAudioDeviceInfo::AUDIO_OUTPUT}}) {
+        out << title << Qt::endl;
+        const QStringList entries = deviceStrings(devices, direction, mixer);
+        for (const QString& entry : entries) {
+            if (!entry.isEmpty() && !entry.startsWith("-----"_L1)) {
+                out << "  " << entry << Qt::endl;
+            }
+        }
+    }
+    return 0;
+}
