@@ -8,6 +8,9 @@ function(gramo_target target)
         -Wno-sign-conversion -Wnon-virtual-dtor -Werror)
     # The decoder's results are the same on every machine: no fused multiply-add, no reordering.
     target_compile_options(${target} PRIVATE -ffp-contract=off)
+    # Qt asks for position-independent code, but no function of ours is replaced at load time: within a source
+    # they may be inlined.
+    target_compile_options(${target} PRIVATE -fno-semantic-interposition)
     target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_KEYWORDS)
     if(GRAMO_ASAN)
         target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=undefined

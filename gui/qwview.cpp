@@ -1,7 +1,6 @@
 #include "qwview.h"
 
 #include "button/qb2push.h"
-#include "combobox/qcomboboxbpm.h"
 #include "menu/qwgridtool.h"
 #include "painter/qwpainter.h"
 
@@ -41,6 +40,7 @@ void saveCurve(const QWPainter& graph, const QString& baseName) {
 QWView::QWView(CurvePointStore& mainA, CurvePointStore& secondaryA, CurvePointStore& mainB,
                CurvePointStore& secondaryB, QWidget* parent)
     : QWidget(parent) {
+    setAttribute(Qt::WA_StyledBackground);
     Singleton& shared = Singleton::instance();
     Setting& setting = *shared.setting();
     // The graphs and the timers that follow need these numbers.
@@ -62,7 +62,6 @@ QWView::QWView(CurvePointStore& mainA, CurvePointStore& secondaryA, CurvePointSt
         connect(&setting, &Setting::s_updateStyle, graph, &QWPainter::initIcon);
         connect(shared.mode(), &Mode::s_ModeDisplayChanged, graph, &QWPainter::refreshVariable);
         connect(shared.mode(), &Mode::s_ModeDisplayChanged, graph, &QWPainter::initGraph);
-        connect(m_gridTool->bpmComboBox(), &QComboBoxBpm::s_Textchanged, graph, &QWPainter::initGraph);
     }
     if (window() != this) {
         window()->installEventFilter(this);

@@ -1,4 +1,54 @@
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US" sourcelanguage="en_US">
+<context>
+    <name>QWGridTool</name>
+    <message>
+        <source>Record the session</source>
+        <translation>Record the session</translation>
+    </message>
+    <message>
+        <source>Crossfader position decides which deck sounds</source>
+        <translation>Crossfader position decides which deck sounds</translation>
+    </message>
+    <message>
+        <source>Reverse the crossfader (hamster)</source>
+        <translation>Reverse the crossfader (hamster)</translation>
+    </message>
+    <message>
+        <source>Hold the graph while the vinyl stands still</source>
+        <translation>Hold the graph while the vinyl stands still</translation>
+    </message>
+    <message>
+        <source>Metronome</source>
+        <translation>Metronome</translation>
+    </message>
+    <message>
+        <source>Start or stop the session (Space)</source>
+        <translation>Start or stop the session (Space)</translation>
+    </message>
+    <message>
+        <source>Choose deck A, deck B or both</source>
+        <translation>Choose deck A, deck B or both</translation>
+    </message>
+    <message>
+        <source>Beats that the graph shows</source>
+        <translation>Beats that the graph shows</translation>
+    </message>
+    <message>
+        <source>Regular Training</source>
+        <translation>Regular Training</translation>
+    </message>
+</context>
+<context>
+    <name>QWPainter</name>
+    <message>
+        <source>Graph of deck A</source>
+        <translation>Graph of deck A</translation>
+    </message>
+    <message>
+        <source>Graph of deck B</source>
+        <translation>Graph of deck B</translation>
+    </message>
+</context>
 </TS>

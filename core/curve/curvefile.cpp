@@ -1,6 +1,7 @@
 // The curve file: i32 tempo, i32 count, then 23 bytes a point, little-endian.
 
 #include "angle.h"
+#include "model/wholenumber.h"
 #include "qcurve.h"
 #include "state/recordingloopertraining.h"
 
@@ -8,7 +9,6 @@
 #include <QFile>
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -18,11 +18,6 @@ constexpr qint64 recordBytes = 23;
 // The file counts the directions the other way round: 0 and 1 change places, anything else is undefined.
 std::int32_t otherDirection(std::int32_t direction) {
     return direction == 1 ? 0 : direction == 0 ? 1 : 2;
-}
-
-qint32 truncated(double value) {
-    constexpr double limit = 2147483647.0;
-    return std::isnan(value) ? 0 : static_cast<qint32>(std::clamp(value, -limit - 1.0, limit));
 }
 
 } // namespace

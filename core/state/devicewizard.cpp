@@ -2,6 +2,7 @@
 
 #include "midi.h"
 #include "model/constants.h"
+#include "model/objectaudiodevice.h"
 #include "setting.h"
 #include "settingmixer.h"
 #include "singleton.h"
@@ -12,11 +13,16 @@ using namespace Constant;
 
 QString groupOf(const QString& entry) { return entry.section(u'/', 0, 0); }
 
-// The first entry that holds the text the mixer file gives for `key`; empty if there is none.
+bool namesDevice(const QString& entry) { return ObjectAudioDevice(entry).index() >= 0; }
+
+// The first entry that holds the text the mixer file gives for `key`; empty if there is none, or no text.
 QString offered(QLatin1StringView key, const QString& group, const SettingMixer& mixer, const QStringList& entries) {
     const QString wanted = mixer.mixerValue(key, group).trimmed();
+    if (wanted.isEmpty()) {
+        return {};
+    }
     for (const QString& entry : entries) {
-        if (!entry.isEmpty() && entry.contains(wanted)) {
+        if (entry.contains(wanted) && namesDevice(entry)) { // a heading may hold it too
             return entry;
         }
     }

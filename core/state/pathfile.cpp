@@ -22,16 +22,18 @@ bool writable(const QString& folder) {
     return QDir().mkpath(folder);
 }
 
-void copyMissing(const QString& from, const QString& to) {
-    QDirIterator files(from, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QString source = files.next();
+void copyTree(const QString& from, const QString& to) {
+    QDirIterator entries(from, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        const QString source = entries.next();
         const QString target = QDir(to).filePath(QDir(from).relativeFilePath(source));
-        if (!QFileInfo::exists(target)) {
-            QDir().mkpath(QFileInfo(target).path());
-            if (QFile::copy(source, target)) {
-                QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
-            }
+        if (entries.fileInfo().isDir()) {
+            QDir().mkpath(target);
+            continue;
+        }
+        QDir().mkpath(QFileInfo(target).path());
+        if (QFile::copy(source, target)) {
+            QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
         }
     }
 }
@@ -61,9 +63,20 @@ QString chooseDataFolder(const QString& beside, const QString& fallback) {
     if (writable(beside)) {
         return beside;
     }
-    QDir().mkpath(fallback);
-    copyMissing(beside, fallback);
+    fillDataFolder(beside, fallback);
     return fallback;
+}
+
+void fillDataFolder(const QString& from, const QString& to) {
+    if (QFileInfo::exists(to)) {
+        return; // what the user has changed or thrown away there stays so
+    }
+    // Under another name until it is whole, so that a copy that was cut short is made again.
+    const QString part = to + QStringLiteral(".part");
+    QDir(part).removeRecursively();
+    QDir().mkpath(part);
+    copyTree(from, part);
+    QDir().rename(part, to);
 }
 
 void useDataFolder(const QString& folder) { dataRoot() = folder; }

@@ -25,8 +25,10 @@ QString pathSound(const QString& name);
 QString resourceFile(const QString& name);
 
 /// Decides where the data lies. `beside` is the folder beside the executable, `fallback` the user's. Returns
-/// the one to use; with the fallback, makes it and copies what `beside` holds and it lacks.
+/// the one to use; the fallback is filled from `beside` when it is first needed.
 QString chooseDataFolder(const QString& beside, const QString& fallback);
+/// Makes `to` a copy of `from`, files writable, once: a folder `to` that is there stays as it is.
+void fillDataFolder(const QString& from, const QString& to);
 
 /// Puts the data somewhere else: for the tools and the tests, which leave the user's files alone. Before
 /// Singleton exists.

@@ -1,5 +1,7 @@
 #include "recordingloopertraining.h"
 
+#include "model/wholenumber.h"
+
 template <typename T> void RecordingLooperTraining::assign(T& field, const T& value) {
     field = value;
     Q_EMIT s_Update();
@@ -36,7 +38,7 @@ void RecordingLooperTraining::setCurveFileB(const QString& path) {
 
 void RecordingLooperTraining::setBpmValue(double bpm) {
     m_bpmValue = bpm;
-    Q_EMIT s_UpdateBpm(int(bpm));
+    Q_EMIT s_UpdateBpm(truncated(bpm)); // a broken file may hold any number
 }
 
 void RecordingLooperTraining::setBpmEffective(double bpm) {

@@ -9,6 +9,9 @@ namespace {
 QString groupOf(const QString& key) { return key.section(u'/', 0, 0); }
 QString nameOf(const QString& key) { return key.contains(u'/') ? key.section(u'/', 1) : QString(); }
 
+// A value with commas that aren't quoted comes as a list; blanks behind these commas are lost.
+QString textOf(const QVariant& value) { return value.toStringList().join(u','); }
+
 } // namespace
 
 SettingMixer::SettingMixer(QObject* parent)
@@ -45,7 +48,7 @@ bool SettingMixer::mixerKnows(const QString& keyName, const QString& deviceName)
 
 QString SettingMixer::mixerValue(const QString& keyName, const QString& deviceName) const {
     const QString key = findKey(keyName, deviceName);
-    return key.isEmpty() ? QString() : m_settings.value(key).toString();
+    return key.isEmpty() ? QString() : textOf(m_settings.value(key));
 }
 
 QStringList SettingMixer::mixerDeviceNames() const {
@@ -53,7 +56,7 @@ QStringList SettingMixer::mixerDeviceNames() const {
     const QStringList keys = m_settings.allKeys();
     for (const QString& key : keys) {
         if (nameOf(key) == Constant::Mixer::name) {
-            names << QStringLiteral("%1/%2").arg(groupOf(key), m_settings.value(key).toString());
+            names << QStringLiteral("%1/%2").arg(groupOf(key), textOf(m_settings.value(key)));
         }
     }
     return names;

@@ -4,6 +4,7 @@
 #include "devicecatalogue.h"
 #include "midi.h"
 #include "mode.h"
+#include "model/objectaudiodevice.h"
 #include "pathfile.h"
 #include "performance.h"
 #include "recordingloopertraining.h"
@@ -53,7 +54,8 @@ QStringList Singleton::audioDeviceList(ModelAudioDeviceInfo::EnumAudioDeviceInfo
 
 bool Singleton::offered(const ObjectAudioDevice& device,
                         ModelAudioDeviceInfo::EnumAudioDeviceInfo direction) const {
-    return !device.text().isEmpty() && audioDeviceList(direction).contains(device.text());
+    // A heading of the catalogue has no index.
+    return device.index() >= 0 && audioDeviceList(direction).contains(device.text());
 }
 
 QSample* Singleton::sampleInput(const ObjectAudioDevice& device, ModelGraph::EnumGraph name, double sampleRate) {

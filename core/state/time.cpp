@@ -16,19 +16,9 @@ double systemMsecs() {
 
 } // namespace
 
-Time::Time(QObject* parent)
-    : QObject(parent) {
+Time::Time(QObject* parent) : QObject(parent) {
     msecsNow();
 }
-
-Time::Deck* Time::deck(ModelGraph::EnumGraph name) {
-    if (name == ModelGraph::INPUT_DECKA) {
-        return &m_decks[0];
-    }
-    return name == ModelGraph::INPUT_DECKB ? &m_decks[1] : nullptr;
-}
-
-const Time::Deck* Time::deck(ModelGraph::EnumGraph name) const { return const_cast<Time*>(this)->deck(name); }
 
 double Time::msecsNow() {
     const QTime now = QTime::currentTime();
@@ -77,11 +67,8 @@ void Time::setCursor(ModelGraph::EnumGraph name, double value) {
     }
 }
 
-void Time::clearCursor(ModelGraph::EnumGraph name) { setCursor(name, 0.0); }
-
-double Time::frameCounter(ModelGraph::EnumGraph name) const {
-    const Deck* d = deck(name);
-    return d == nullptr ? 0.0 : d->frameCounter.load(std::memory_order_relaxed);
+void Time::clearCursor(ModelGraph::EnumGraph name) {
+    setCursor(name, 0.0);
 }
 
 void Time::setFrameCounter(ModelGraph::EnumGraph name, double value) {
@@ -90,13 +77,8 @@ void Time::setFrameCounter(ModelGraph::EnumGraph name, double value) {
     }
 }
 
-void Time::clearFrameCounter(ModelGraph::EnumGraph name) { setFrameCounter(name, 0.0); }
-
-void Time::advanceFrame(ModelGraph::EnumGraph name) {
-    if (Deck* d = deck(name)) {
-        // One writer, so a load and a store will do.
-        d->frameCounter.store(d->frameCounter.load(std::memory_order_relaxed) + 1.0, std::memory_order_relaxed);
-    }
+void Time::clearFrameCounter(ModelGraph::EnumGraph name) {
+    setFrameCounter(name, 0.0);
 }
 
 double Time::observeFrameCounter(ModelGraph::EnumGraph name) {

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <atomic>
+#include <utility>
 
 /// The clocks of the two decks, in sample frames of the deck. Any name but INPUT_DECKA and INPUT_DECKB is
 /// ignored: writes do nothing and reads give 0.0.
@@ -36,11 +37,20 @@ public:
     void clearCursor(ModelGraph::EnumGraph name);
 
     /// Frames that the decoder has received.
-    double frameCounter(ModelGraph::EnumGraph name) const;
+    double frameCounter(ModelGraph::EnumGraph name) const {
+        const Deck* d = deck(name);
+        return d == nullptr ? 0.0 : d->frameCounter.load(std::memory_order_relaxed);
+    }
     void setFrameCounter(ModelGraph::EnumGraph name, double value);
     void clearFrameCounter(ModelGraph::EnumGraph name);
     /// One frame more. One thread at a time.
-    void advanceFrame(ModelGraph::EnumGraph name);
+    void advanceFrame(ModelGraph::EnumGraph name) {
+        if (Deck* d = deck(name)) {
+            // One writer, so a load and a store will do.
+            d->frameCounter.store(d->frameCounter.load(std::memory_order_relaxed) + 1.0,
+                                  std::memory_order_relaxed);
+        }
+    }
 
     /// frameCounter, kept as what the GUI last saw of this deck. GUI thread.
     double observeFrameCounter(ModelGraph::EnumGraph name);
@@ -56,8 +66,13 @@ private:
     };
     static_assert(std::atomic<double>::is_always_lock_free);
 
-    Deck* deck(ModelGraph::EnumGraph name);
-    const Deck* deck(ModelGraph::EnumGraph name) const;
+    Deck* deck(ModelGraph::EnumGraph name) { return const_cast<Deck*>(std::as_const(*this).deck(name)); }
+    const Deck* deck(ModelGraph::EnumGraph name) const {
+        if (name == ModelGraph::INPUT_DECKA) {
+            return &m_decks[0];
+        }
+        return name == ModelGraph::INPUT_DECKB ? &m_decks[1] : nullptr;
+    }
 
     std::array<Deck, 2> m_decks;
     std::atomic<double> m_midnight{0.0}; ///< system clock of the last midnight, ms since the epoch

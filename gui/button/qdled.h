@@ -12,6 +12,9 @@ public:
 
     explicit QDLed(const QString& picture, QWidget* parent = nullptr);
 
+    /// How long it will stay lit.
+    int remainingMs() const { return m_timer.isActive() ? m_timer.remainingTime() : 0; }
+
 public Q_SLOTS:
     /// Lights for 100 ms. A second call within this time extends nothing.
     void trigger();

@@ -37,6 +37,7 @@ QWGridTool::QWGridTool(QWidget* parent)
     , m_selectInput(new QBSelectInput(this))
     , m_tempo(new QLabel(this))
     , m_title(new QLabel(this)) {
+    setAttribute(Qt::WA_StyledBackground); // the style sheet's ground
     setFixedHeight(stripHeight);
     m_record->setProperty("role", QStringLiteral("record")); // the style sheets make it red
     m_tempo->setObjectName(QStringLiteral("bpm"));
@@ -44,6 +45,7 @@ QWGridTool::QWGridTool(QWidget* parent)
     m_tempo->setAlignment(Qt::AlignCenter);
     m_title->setObjectName(QStringLiteral("subtitle"));
     m_title->setMinimumWidth(titleWidth);
+    m_title->setWordWrap(true); // a long title takes two lines, not the width of the strip
     layOut();
     retranslate();
     connect(Singleton::instance().recordingLooperTraining(), &RecordingLooperTraining::s_Update, this,

@@ -1,47 +1,18 @@
 #pragma once
 
 #include "curvepen.h"
-#include "curvestride.h"
-#include "graphscale.h"
+#include "normalline.h"
 
-#include <QLineF>
-#include <QPainter>
-
-#include <vector>
-
-/// One line of a curve, in the pen of one of its points.
-struct CurveSegment {
-    QLineF line;           ///< pixels
-    std::size_t point = 0; ///< whose pen it takes
-};
-
-/// The lines of the normal display: the position, moved by `offset`, over time. The last one leads to the
-/// point before the end of the stretch, so that thinning never cuts the tail.
-std::vector<CurveSegment> normalSegments(const CurvePointStore::View& points, CurveStretch stretch,
-                                         const GraphScale& scale, double offset);
-
-/// What the drawings of one paint share.
-struct CurveScene {
-    QPainter& painter;
-    const GraphScale& scale;
-    const GraphOptions& options;
-    QRectF view; ///< pixels that can be seen
-};
-
-/// A curve's points as a drawing takes them: once.
-struct CurveExtract {
-    ModelGraph::EnumGraph item = ModelGraph::NOT_USED;
-    CurvePointStore::View points;
-    CurveStretch stretch;
-};
-
-/// Draws curves. Lines whose points share a pen go to the painter together; each is still a line of its own.
-class CurveDrawing {
+/// Draws the lines of curves, each in the pen of its point and each by itself.
+class SegmentDrawing {
 public:
-    void drawNormal(const CurveScene& scene, const CurveExtract& curve, double offset);
-    static void drawStrip(const CurveScene& scene, const CurveExtract& curve);
+    /// Draws with `painter` what can be seen in `view`. Lines that lead to no number are left out.
+    void draw(QPainter& painter, const QRectF& view, const CurveExtract& curve, const GraphOptions& options,
+              const CurveSegment& segment);
 
 private:
     CurvePen m_pen;
-    std::vector<QLineF> m_batch;
 };
+
+/// Draws the history of a curve's crossfader along the top of the plot.
+void drawSoundStrip(const CurveScene& scene, const CurveExtract& curve);

@@ -13,6 +13,8 @@ struct GraphOptions {
     bool latency = false;
     bool logo = false;
 
+    bool operator==(const GraphOptions&) const = default;
+
     static GraphOptions read(const Setting& setting);
 };
 

@@ -3,6 +3,7 @@
 #include "graphlayout.h"
 
 #include <cmath>
+#include <cstdint>
 
 /// A stretch of an axis: sample frames for x, value units for y.
 struct GraphRange {
@@ -35,6 +36,16 @@ public:
         return m_following
                    ? GraphLayout::leftMargin + std::floor(time * m_xFactor) - std::floor(m_x.min * m_xFactor)
                    : std::trunc(mapX(time));
+    }
+
+    /// The whole pixels by which the picture has moved while it follows; 0 for a fixed view.
+    std::int64_t anchor() const { return m_following ? std::int64_t(std::floor(m_x.min * m_xFactor)) : 0; }
+    /// Whether the picture is that of the other scale, at most moved sideways by the difference of the
+    /// anchors.
+    bool movedFrom(const GraphScale& other) const {
+        return m_following == other.m_following && m_xFactor == other.m_xFactor && m_y == other.m_y &&
+               m_yFactor == other.m_yFactor && m_plotBottom == other.m_plotBottom &&
+               (m_following || m_x == other.m_x);
     }
 
     const GraphRange& x() const { return m_x; }

@@ -142,6 +142,7 @@ void QWPainter::resetCurve_Secondary() {
 
 void QWPainter::importCurve_Secondary(QString filename, bool load_bpm) {
     m_secondaryCurve->loadFromFile(filename, load_bpm);
+    m_secondaryLayer.forget();
     Q_EMIT s_EndImportCurve_Secondary();
 }
 

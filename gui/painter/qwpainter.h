@@ -1,7 +1,7 @@
 #pragma once
 
 #include "countin.h"
-#include "curvedrawing.h"
+#include "curvelayer.h"
 #include "graphlayout.h"
 #include "graphoptions.h"
 #include "graphscale.h"
@@ -127,7 +127,8 @@ private:
     QString m_latencyText;
     QPixmap m_logoSource;
     QPixmap m_logo; ///< the source at the size and the pixel ratio of this graph
-    CurveDrawing m_drawing;
+    CurveLayer m_secondaryLayer;
+    CurveLayer m_mainLayer;
     CountIn m_countIn;
     QTimer m_countInTimer;
 };

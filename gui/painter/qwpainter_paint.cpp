@@ -16,15 +16,17 @@
 #include <QFont>
 #include <QPainter>
 
+#include <algorithm>
 #include <cfloat>
 #include <cmath>
 #include <optional>
 
 namespace {
 
-constexpr int logoSide = 400; // the logo fits into this square, pixels
+constexpr double logoSide = 400.0; // the logo fits into this square, pixels
 constexpr int logoLeft = 65;
 constexpr int logoAbovePlotBottom = 20;
+constexpr int captionReach = 50; // of the cursor's text to either side, pixels
 constexpr int countInPoints = 80;
 
 // What the curve shows of the range; names its visible stretch on the way.
@@ -106,9 +108,10 @@ void QWPainter::drawLogo(QPainter& painter) {
     if (m_logoSource.isNull()) {
         return;
     }
-    const qreal ratio = painter.device()->devicePixelRatioF();
-    if (m_logo.isNull() || m_logo.devicePixelRatioF() != ratio) {
-        const int side = static_cast<int>(std::lround(logoSide * ratio));
+    const qreal ratio = painter.deviceTransform().m11(); // also of an image that the graph is rendered to
+    const double room = m_layout.plotHeight - logoAbovePlotBottom; // a low graph has a small logo
+    const int side = static_cast<int>(std::lround(std::clamp(room, 1.0, logoSide) * ratio));
+    if (std::max(m_logo.width(), m_logo.height()) != side || m_logo.devicePixelRatioF() != ratio) {
         m_logo = m_logoSource.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
         m_logo.setDevicePixelRatio(ratio);
     }
@@ -138,32 +141,35 @@ void QWPainter::drawCurves(const CurveScene& scene) {
                                ? std::nullopt
                                : extractOf(*m_secondaryCurve);
     if (secondary) {
-        CurveDrawing::drawStrip(scene, *secondary);
+        drawSoundStrip(scene, *secondary);
     }
     if (main) {
-        CurveDrawing::drawStrip(scene, *main);
+        drawSoundStrip(scene, *main);
     }
     if (m_mode.displayMode() != ModelDisplay::NORMAL) {
         return;
     }
     if (secondary) {
-        m_drawing.drawNormal(scene, *secondary, referenceOffset(m_mainCurve->points(), secondary->points));
+        m_secondaryLayer.draw(scene, *secondary, referenceOffset(m_mainCurve->points(), secondary->points));
     }
     if (main) {
-        m_drawing.drawNormal(scene, *main, 0.0);
+        m_mainLayer.draw(scene, *main, 0.0);
     }
 }
 
 void QWPainter::drawCursor(QPainter& painter, const GraphScale& scale) const {
     const int x = truncated(scale.mapX(m_cursorTime));
+    if (x < -captionReach || x > width() + captionReach) {
+        return;
+    }
     const int bottom = truncated(m_layout.plotBottom);
     painter.setRenderHint(QPainter::Antialiasing, false); // upright lines stay sharp
     painter.setPen(linePen(ModelGraph::CURRENT));
-    painter.drawLine(x, m_layout.plotTop, x, bottom);
+    painter.drawLine(QLineF(x + 0.5, m_layout.plotTop, x + 0.5, bottom)); // the middle of the column
     painter.setRenderHint(QPainter::Antialiasing, true);
 
     const TextStyle style(painter, ModelGraph::CURRENT);
-    painter.drawText(QRect(x - 50, bottom, 100, m_layout.labelBottom - bottom),
+    painter.drawText(QRect(x - captionReach, bottom, 2 * captionReach, m_layout.labelBottom - bottom),
                      Qt::AlignHCenter | Qt::AlignBottom | Qt::AlignVCenter,
                      cursorBeat(m_cursorTime, sampleRate(), m_training.bpmEffective()));
 }

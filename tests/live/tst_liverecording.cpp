@@ -6,10 +6,13 @@
 
 #include "curve/qcurve.h"
 #include "module/wavedata.h"
+#include "state/portaudiosession.h"
 
 #include <QApplication>
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <csignal>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -93,6 +96,21 @@ class tst_LiveRecording : public QObject {
         for (qsizetype i = 0; i < wavs.size(); ++i) {
             compareTake(wavs[i], sources[i], xruns[i]);
         }
+    }
+
+    // The longest time, ms, that the event loop was away while a session ends by itself.
+    static qint64 longestPassUntilTheSessionEnds() {
+        QElapsedTimer lost;
+        lost.start();
+        qint64 longest = 0;
+        while (Session::mode().modeTraining() && lost.elapsed() < 20000) {
+            QElapsedTimer pass;
+            pass.start();
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+            longest = std::max(longest, pass.elapsed());
+        }
+        qInfo("session ended after %lld ms; longest pass of the event loop %lld ms", lost.elapsed(), longest);
+        return longest;
     }
 
     QString role(const QString& deck) const { return Session::folder().filePath(deck + u".wav"_s); }
@@ -213,6 +231,35 @@ private Q_SLOTS:
         }
     }
 
+    // A server that stands still keeps the library's calls from returning; it comes back, and so does the
+    // sound.
+    void aHungServerEndsTheSessionTheTakeIsKeptAndTheNextSessionRuns() {
+        VirtualDeck deck(m_deckArguments);
+        QVERIFY(deck.start());
+        Session::store({u"Virtual Deck"_s, u"4p0"_s}, {}, {});
+        Session session;
+        session.setRecording(true);
+        QVERIFY(session.start());
+        QTest::qWait(1500);
+        QCOMPARE(::kill(pid_t(m_server.pid()), SIGSTOP), 0);
+        const qint64 longest = longestPassUntilTheSessionEnds();
+        QCOMPARE(::kill(pid_t(m_server.pid()), SIGCONT), 0);
+        QVERIFY(!Session::mode().modeTraining());
+        QVERIFY(longest < 3000);
+        QCOMPARE(Session::files(u"*.wav"_s).size(), 1);
+        QCOMPARE(Session::files(u"*.grw"_s).size(), 1);
+        QVERIFY(QTest::qWaitFor([] { return !PortAudioSession::blocked(); }, 20000));
+        // The server drops clients that it has waited for in vain; a deck that was dropped is started again.
+        deck.stop();
+        VirtualDeck another(m_deckArguments);
+        QVERIFY(another.start());
+        QVERIFY(session.start());
+        QVERIFY(QTest::qWaitFor(
+            [&] { return session.connection().view()->painterDeckA()->mainCurve()->points().size() > 500; },
+            5000));
+        QVERIFY(session.stop());
+    }
+
     // Last: it takes the server away.
     void aKilledServerEndsTheSessionWithinSecondsAndTheTakeIsKept() {
         VirtualDeck deck(m_deckArguments);
@@ -222,17 +269,8 @@ private Q_SLOTS:
         session.setRecording(true);
         QVERIFY(session.start());
         QTest::qWait(2000);
-        QElapsedTimer longestPass;
-        qint64 longest = 0;
         m_server.kill();
-        QElapsedTimer lost;
-        lost.start();
-        while (Session::mode().modeTraining() && lost.elapsed() < 20000) {
-            longestPass.start();
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-            longest = std::max(longest, longestPass.elapsed());
-        }
-        qInfo("session ended after %lld ms; longest pass of the event loop %lld ms", lost.elapsed(), longest);
+        const qint64 longest = longestPassUntilTheSessionEnds();
         QVERIFY(!Session::mode().modeTraining());
         QVERIFY(longest < 3000);
         QCOMPARE(Session::files(u"*.wav"_s).size(), 2);

@@ -177,8 +177,8 @@ private Q_SLOTS:
         QCOMPARE(deck.exitCode(), 0);
         QVERIFY2(deck.said().contains("frames 384000, xruns "), deck.said().constData());
 
-        // Where in the record the recording is at each of its frames; -1 before the connection and after the
-        // end.
+        // Where in the record the recording is at each of its frames; -1 before the connection, after the end
+        // and in a spoilt cycle. A cycle is spoilt when the deck was late: it is silent, old, or new in part.
         std::vector<std::int64_t> place(listener.recorded(), -1);
         const auto fits = [&](std::size_t at, std::int64_t frame) {
             const StereoFrame a = record[0].frame(static_cast<std::uint64_t>(frame));
@@ -186,38 +186,39 @@ private Q_SLOTS:
             return listener.sample(0, at) == a.left && listener.sample(1, at) == a.right &&
                    listener.sample(2, at) == b.left && listener.sample(3, at) == b.right;
         };
-        std::int64_t next = -1;
+        constexpr std::size_t cycle = JackServer::period;
+        constexpr std::int64_t total = 384000;
+        std::int64_t next = 0;
         std::size_t heard = 0;
-        int breaks = 0;
-        for (std::size_t at = 0; at < place.size(); ++at) {
-            if (next >= 384000) {
-                break;
+        int spoilt = 0;
+        for (std::size_t at = 0; at + cycle <= place.size() && next < total; at += cycle) {
+            // The deck's cycles are the listener's, so frame `next` can stand at the head of a cycle only.
+            std::int64_t head = next;
+            while (head < total && !fits(at, head) && heard == 0) {
+                head += cycle; // the connection may come at any cycle
             }
-            if (next < 0 || !fits(at, next)) {
-                int mute = 0;
-                for (std::size_t channel = 0; channel < 4; ++channel) {
-                    mute += listener.sample(channel, at) == 0 ? 1 : 0;
-                }
-                // A cycle that the server skipped is silent; at first the ports are joined one by one.
-                if (mute == 4 || (next < 0 && mute > 0)) {
-                    continue;
-                }
-                // Look it up; with noise on four channels no two frames are alike.
-                breaks += next < 0 ? 0 : 1;
-                std::int64_t found = next < 0 ? 0 : next;
-                while (found < 384000 && !fits(at, found)) {
-                    ++found;
-                }
-                if (found >= 384000) { for (std::size_t k = at - 70; k < at + 140; ++k) { std::fprintf(stderr, "%zu:", k); for (std::size_t c=0;c<4;++c) { int w=listener.sample(c,k); std::int64_t hit=-1; for (std::int64_t f=0; f<48000*2 && w!=0; ++f) { auto q=record[c/2].frame(f); if ((c%2? q.right:q.left)==w) { auto q2=record[c/2].frame(f+1); if ((c%2? q2.right:q2.left)==listener.sample(c,k+1)) {hit=f;break;} } } std::fprintf(stderr, " %d@%lld", w, (long long)hit);} std::fprintf(stderr, "  next %lld\n", (long long)next); } }
-                QVERIFY2(found < 384000, qPrintable(u"frame %1 is none of the record's"_s.arg(at)));
-                next = found;
+            while (head < std::min<std::int64_t>(total, next + 100 * cycle) && !fits(at, head)) {
+                head += cycle; // cycles that nobody heard
             }
-            place[at] = next++;
-            ++heard;
+            std::size_t good = 0;
+            while (head < total && good < cycle && fits(at + good, head + static_cast<std::int64_t>(good))) {
+                ++good;
+            }
+            if (good == cycle) {
+                spoilt += heard > 0 && head != next ? 1 : 0;
+                for (std::size_t k = 0; k < cycle; ++k) {
+                    place[at + k] = head++;
+                }
+                next = head;
+                heard += cycle;
+            } else if (heard > 0) {
+                ++spoilt;
+            }
         }
         QVERIFY2(heard > 6 * 48000, qPrintable(QString::number(heard)));
-        QVERIFY2(breaks <= listener.xruns,
-                 qPrintable(u"%1 breaks, %2 xruns"_s.arg(breaks).arg(listener.xruns)));
+        qInfo("%d spoilt cycles, %d xruns", spoilt, listener.xruns.load());
+        QVERIFY2(spoilt <= listener.xruns,
+                 qPrintable(u"%1 spoilt cycles, %2 xruns"_s.arg(spoilt).arg(listener.xruns)));
 
         // Each message comes with the very frame at which the fader of deck A changes, and none is missing.
         std::size_t told = 0;
@@ -225,7 +226,9 @@ private Q_SLOTS:
             QCOMPARE(int{message.bytes[0]}, 0xB0);
             QCOMPARE(int{message.bytes[1]}, 8);
             const std::int64_t frame = place[message.frame];
-            QVERIFY(frame >= 0);
+            if (frame < 0) {
+                continue;
+            }
             const auto f = static_cast<std::uint64_t>(frame);
             QCOMPARE(int{message.bytes[2]}, record[0].truth(f).crossfader);
             QVERIFY(f == 0 || record[0].truth(f - 1).crossfader != record[0].truth(f).crossfader);
@@ -239,7 +242,7 @@ private Q_SLOTS:
             }
         }
         QVERIFY2(changes > 1000, qPrintable(QString::number(changes)));
-        QVERIFY2(told >= changes && told <= changes + 1 + static_cast<std::size_t>(breaks),
+        QVERIFY2(told >= changes && told <= changes + 1 + static_cast<std::size_t>(spoilt),
                  qPrintable(u"%1 told, %2 changes"_s.arg(told).arg(changes)));
     }
 

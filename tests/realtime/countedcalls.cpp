@@ -72,7 +72,9 @@ void* memalign(std::size_t alignment, std::size_t size) noexcept {
     return __libc_memalign(alignment, size);
 }
 
-void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept { return memalign(alignment, size); }
+void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
+    return memalign(alignment, size);
+}
 
 int posix_memalign(void** out, std::size_t alignment, std::size_t size) noexcept {
     *out = memalign(alignment, size);
@@ -87,14 +89,14 @@ void free(void* block) noexcept {
 } // extern "C"
 
 // The C library's own function behind each of ours, found at the first call.
-#define COUNTED_LOCK(name, parameters, ...)                                                                       \
-    extern "C" int name parameters noexcept(noexcept(::name(__VA_ARGS__))) {                                      \
-        static int(*real) parameters = nullptr;                                                                   \
-        if (real == nullptr) {                                                                                    \
-            real = reinterpret_cast<int(*) parameters>(dlsym(RTLD_NEXT, #name));                                  \
-        }                                                                                                         \
-        count(&Counts::locks);                                                                                    \
-        return real(__VA_ARGS__);                                                                                 \
+#define COUNTED_LOCK(name, parameters, ...)                                                                  \
+    extern "C" int name parameters noexcept(noexcept(::name(__VA_ARGS__))) {                                 \
+        static int(*real) parameters = nullptr;                                                              \
+        if (real == nullptr) {                                                                               \
+            real = reinterpret_cast<int(*) parameters>(dlsym(RTLD_NEXT, #name));                             \
+        }                                                                                                    \
+        count(&Counts::locks);                                                                               \
+        return real(__VA_ARGS__);                                                                            \
     }
 
 COUNTED_LOCK(pthread_mutex_lock, (pthread_mutex_t * mutex), mutex)
@@ -142,9 +144,9 @@ void onSystemCall(int, siginfo_t*, void* context) {
     if (counting) {
         ++counts.systemCalls;
     }
-    registers[REG_RAX] = countedPassOn(registers[REG_RAX], registers[REG_RDI], registers[REG_RSI],
-                                       registers[REG_RDX], registers[REG_R10], registers[REG_R8],
-                                       registers[REG_R9]);
+    registers[REG_RAX] =
+        countedPassOn(registers[REG_RAX], registers[REG_RDI], registers[REG_RSI], registers[REG_RDX],
+                      registers[REG_R10], registers[REG_R8], registers[REG_R9]);
 }
 
 constexpr sock_filter load(std::size_t offset) {
@@ -155,7 +157,9 @@ constexpr sock_filter unlessEqual(std::uint64_t value, unsigned char skip) {
     return BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<std::uint32_t>(value), 0, skip);
 }
 
-constexpr sock_filter verdict(std::uint32_t value) { return BPF_STMT(BPF_RET | BPF_K, value); }
+constexpr sock_filter verdict(std::uint32_t value) {
+    return BPF_STMT(BPF_RET | BPF_K, value);
+}
 
 } // namespace
 
@@ -180,7 +184,8 @@ const char* CountedCalls::watchSystemCalls() {
         verdict(SECCOMP_RET_TRAP),
     };
     const sock_fprog program{sizeof filter / sizeof filter[0], const_cast<sock_filter*>(filter)};
-    if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 || prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0) {
+    if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
+        prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0) {
         return "system calls aren't counted: the kernel doesn't take a filter here";
     }
     return nullptr;
@@ -198,13 +203,16 @@ const char* CountedCalls::watchSystemCalls() {
     return "system calls aren't counted on this processor or under a sanitizer";
 }
 
-void CountedCalls::leaveThread() { pthread_exit(nullptr); }
+void CountedCalls::leaveThread() {
+    pthread_exit(nullptr);
+}
 
 #endif
 
 const char* CountedCalls::callsUncounted() {
-    return COUNTED_SANITIZER ? "calls aren't counted under a sanitizer, which stands before the allocator itself"
-                             : nullptr;
+    return COUNTED_SANITIZER
+               ? "calls aren't counted under a sanitizer, which stands before the allocator itself"
+               : nullptr;
 }
 
 void CountedCalls::start() {

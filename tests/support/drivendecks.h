@@ -25,7 +25,7 @@
 /// What a session is driven with. A pair that lies outside the frame is allowed.
 struct DrivenSetup {
     QString timecode = QStringLiteral("serato_sideA_FullDVS");
-    double rate = 48000.0;     ///< Hz, of the decks
+    double rate = 48000.0; ///< Hz, of the decks
     double outputRate = 48000.0;
     double outputBuffer = 64.0; ///< frames; with equal rates the frames between two points
     std::size_t channels = 6;
@@ -71,14 +71,15 @@ inline std::vector<std::int16_t> streamFrames(const DrivenSetup& setup, const Sy
     return all;
 }
 
-/// The stream. The constructor does what the recorder's slots do up to the start of the stream: afterwards the
-/// state is open and the gate of Mode decides. Made, asked and destroyed on the GUI thread.
+/// The stream. The constructor does what the recorder's slots do up to the start of the stream: afterwards
+/// the state is open and the gate of Mode decides. Made, asked and destroyed on the GUI thread.
 class DrivenDecks {
 public:
     explicit DrivenDecks(const DrivenSetup& setup = {})
         : m_shared((dataFolder(), Singleton::instance()))
         , m_before{m_shared.performance()->sample(ModelGraph::INPUT_DECKA),
-                   m_shared.performance()->sample(ModelGraph::INPUT_DECKB), m_shared.performance()->sampleOutput()}
+                   m_shared.performance()->sample(ModelGraph::INPUT_DECKB),
+                   m_shared.performance()->sampleOutput()}
         , sampleA(ModelGraph::INPUT_DECKA, 0, QStringLiteral("driven"), setup.rate, int(setup.channels),
                   int(setup.pairDeckA))
         , sampleB(ModelGraph::INPUT_DECKB, 0, QStringLiteral("driven"), setup.rate, int(setup.channels),

@@ -11,7 +11,9 @@
 
 namespace {
 
-std::int16_t valueAt(std::size_t i) { return static_cast<std::int16_t>(scatter(3, i)); }
+std::int16_t valueAt(std::size_t i) {
+    return static_cast<std::int16_t>(scatter(3, i));
+}
 
 constexpr std::size_t sampleCount = std::size_t{30} * TakeStore::blockSamples / loadFactor;
 

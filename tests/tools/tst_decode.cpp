@@ -382,6 +382,14 @@ private Q_SLOTS:
         QCOMPARE(QFileInfo(config).lastModified(), before);
     }
 
+    void nothingIsLeftBehind() {
+        const QString pattern = u"gramoscope-decode-*"_s;
+        const QStringList before = QDir::temp().entryList({pattern}, QDir::Dirs);
+        const TimecodeDefinition& def = builtRow("traktor_sideA");
+        QCOMPARE(decode(u"traktor_sideA"_s, record(def, 48000, 1.0, 0.2), 48000).exitCode, 0);
+        QCOMPARE(QDir::temp().entryList({pattern}, QDir::Dirs), before);
+    }
+
     void helpAndVersionEndWithZero() {
         QCOMPARE(run({u"--help"_s}).exitCode, 0);
         QVERIFY(run({u"--help"_s}).said.contains(u"--timecode"_s));

@@ -190,8 +190,9 @@ int main(int argc, char* argv[]) {
     if (!existed) {
         probe.remove();
     }
-    // The decoder reads its timecode from the settings; these are not the user's.
-    const QTemporaryDir data;
+    // The decoder reads its timecode from the settings; these are not the user's. Static, and made before the
+    // shared state: it goes after the settings have been written for the last time.
+    static const QTemporaryDir data;
     useDataFolder(data.path());
     QString error;
     if (!decode(options, wav, *sound, error)) {

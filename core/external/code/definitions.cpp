@@ -1,15 +1,13 @@
 #include "definitions.h"
 
-#include <bit>
 #include <cassert>
 #include <utility>
 
-TimecodeDefinition::TimecodeDefinition()
-    : m_lut(std::make_shared<Lut>()) {}
+TimecodeDefinition::TimecodeDefinition() : m_lut(std::make_shared<Lut>()) {}
 
-TimecodeDefinition::TimecodeDefinition(std::string name, std::string description, bool fullDVS, int resolution,
-                                       int flags, int bits, std::uint32_t seed, std::uint32_t taps,
-                                       std::uint32_t length, std::uint32_t safe)
+TimecodeDefinition::TimecodeDefinition(std::string name, std::string description, bool fullDVS,
+                                       int resolution, int flags, int bits, std::uint32_t seed,
+                                       std::uint32_t taps, std::uint32_t length, std::uint32_t safe)
     : m_name(std::move(name))
     , m_description(std::move(description))
     , m_fullDVS(fullDVS)
@@ -22,7 +20,14 @@ TimecodeDefinition::TimecodeDefinition(std::string name, std::string description
     , m_safe(safe)
     , m_lut(std::make_shared<Lut>()) {}
 
-std::uint32_t parity(std::uint32_t value) { return static_cast<std::uint32_t>(std::popcount(value)) & 1U; }
+std::uint32_t parity(std::uint32_t value) {
+    // Folded to four bits, whose parities stand in one word: quicker than counting ones without an
+    // instruction for it.
+    value ^= value >> 16;
+    value ^= value >> 8;
+    value ^= value >> 4;
+    return (0x6996U >> (value & 15U)) & 1U;
+}
 
 std::uint32_t fwd(std::uint32_t current, const TimecodeDefinition& def) {
     const std::uint32_t l = parity(current & (def.taps() | 1U));
@@ -46,10 +51,10 @@ TimecodeDefinitionList createTimecodeDefinitions() {
                       0x361E4U, 712000U, 707000U);
     list.emplace_back("serato_sideB_FullDVS", "Serato 2nd Edition side B", true, 1000, 0, 20, 0x8F3C6U,
                       0x4F0D8U, 922000U, 917000U);
-    list.emplace_back("traktor_sideA", "Traktor Scratch side A", false, 2000, traktor, 23, 0x134503U, 0x41040U,
-                      1500000U, 1480000U);
-    list.emplace_back("traktor_sideB", "Traktor Scratch side B", false, 2000, traktor, 23, 0x32066CU, 0x41040U,
-                      2110000U, 2090000U);
+    list.emplace_back("traktor_sideA", "Traktor Scratch side A", false, 2000, traktor, 23, 0x134503U,
+                      0x41040U, 1500000U, 1480000U);
+    list.emplace_back("traktor_sideB", "Traktor Scratch side B", false, 2000, traktor, 23, 0x32066CU,
+                      0x41040U, 2110000U, 2090000U);
     return list;
 }
 

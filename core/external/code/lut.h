@@ -31,6 +31,11 @@ public:
         }
         return slot;
     }
+    /// Whether `position` is that of `code`: what lookup would find, for a caller with a guess. Thread-safe
+    /// once filled. Realtime-safe.
+    bool holds(std::uint32_t position, std::uint32_t code) const {
+        return position < m_avail && m_slots[position].timecode == code;
+    }
     /// Positions given so far.
     std::uint32_t avail() const { return m_avail; }
 

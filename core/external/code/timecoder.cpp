@@ -7,11 +7,10 @@
 
 namespace {
 
-constexpr double zeroTimeConstant = 0.001;         // seconds
-constexpr std::int32_t lineThreshold = 0x800000;   // 128 on the 16-bit scale
-constexpr std::int32_t phonoThreshold = 0x40000;   // 4 on the 16-bit scale
-constexpr std::uint32_t referenceAverage = 48;     // bits
-constexpr std::uint32_t validBits = 24;            // a longer run reports a position
+constexpr double zeroTimeConstant = 0.001;       // seconds
+constexpr std::int32_t lineThreshold = 0x800000; // 128 on the 16-bit scale
+constexpr std::int32_t phonoThreshold = 0x40000; // 4 on the 16-bit scale
+constexpr std::uint32_t referenceAverage = 48;   // bits
 constexpr std::int32_t initialRefLevel = 0x7FFFFFFF;
 
 // The frame scale fills all 32 bits, so sums and differences wrap as machine words do.
@@ -47,7 +46,8 @@ void observePitch(PitchFilter& p, double dx) {
     p.x = p.x - dx;
 }
 
-void readBit(Timecoder& tc, std::int32_t m) {
+// Once a carrier cycle: kept out of the frame's loop, whose registers it would take.
+[[gnu::noinline]] void readBit(Timecoder& tc, std::int32_t m) {
     const TimecodeDefinition& def = *tc.def;
     const std::uint32_t b = tc.refLevel < m ? 1U : 0U;
     const std::uint32_t top = 1U << (def.bits() - 1);
@@ -79,8 +79,8 @@ void submitFrame(Timecoder& tc, std::int32_t v1, std::int32_t v2) {
 
     double dx = 0.0;
     if (primary.swapped || secondary.swapped) {
-        bool f = primary.swapped ? primary.positive != secondary.positive
-                                 : primary.positive == secondary.positive;
+        bool f =
+            primary.swapped ? primary.positive != secondary.positive : primary.positive == secondary.positive;
         if ((tc.flags & TimecodeFlag::FlipDirection) != 0) {
             f = !f;
         }
@@ -142,20 +142,21 @@ void timecoderSubmit(Timecoder& tc, const std::int16_t* pcm, std::size_t npcm) {
     }
 }
 
-int timecoderGetPosition(Timecoder& tc, double* when) {
-    if (tc.validCounter <= validBits) {
-        return -1;
+int timecoderFindPosition(Timecoder& tc) {
+    const Lut& lut = *tc.def->lut();
+    std::uint32_t position = Lut::noSlot;
+    if (tc.positionKnown && tc.knownPosition != -1) {
+        // A record in lock moves on by one position a bit, so the neighbour is asked before the chain is
+        // walked. No code is there twice: both ways give the same.
+        const auto known = static_cast<std::uint32_t>(tc.knownPosition);
+        const std::uint32_t neighbour = tc.forwards ? known + 1 : known - 1;
+        position = lut.holds(neighbour, tc.bitstream) ? neighbour : Lut::noSlot;
     }
-    if (!tc.positionKnown || tc.knownBitstream != tc.bitstream) {
-        tc.knownBitstream = tc.bitstream;
-        tc.knownPosition = static_cast<int>(tc.def->lut()->lookup(tc.bitstream));
-        tc.positionKnown = true;
+    if (position == Lut::noSlot) {
+        position = lut.lookup(tc.bitstream);
     }
-    if (tc.knownPosition == -1) {
-        return -1;
-    }
-    if (when != nullptr) {
-        *when = tc.timecodeTicker * tc.dt;
-    }
+    tc.knownPosition = static_cast<int>(position);
+    tc.knownBitstream = tc.bitstream;
+    tc.positionKnown = true;
     return tc.knownPosition;
 }

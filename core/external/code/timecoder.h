@@ -9,10 +9,10 @@
 
 /// One channel of the carrier.
 struct TimecoderChannel {
-    bool positive = false;            ///< the last half-wave was above the zero line
-    bool swapped = false;             ///< this frame saw a zero crossing
-    std::int32_t zero = 0;            ///< running estimate of the DC level, in frame scale (16 bits << 16)
-    std::int32_t crossingTicker = 0;  ///< frames since the last crossing
+    bool positive = false;           ///< the last half-wave was above the zero line
+    bool swapped = false;            ///< this frame saw a zero crossing
+    std::int32_t zero = 0;           ///< running estimate of the DC level, in frame scale (16 bits << 16)
+    std::int32_t crossingTicker = 0; ///< frames since the last crossing
 };
 
 /// Alpha-beta filter from quarter-cycle observations to speed.
@@ -34,15 +34,15 @@ struct Timecoder {
     std::unique_ptr<TimecoderChannel> primary;
     std::unique_ptr<TimecoderChannel> secondary;
     std::unique_ptr<PitchFilter> pitch;
-    std::int32_t refLevel = 0;         ///< running estimate of the level that parts ones from zeros
-    std::uint32_t bitstream = 0;       ///< the last `bits` bits as read
-    std::uint32_t timecode = 0;        ///< the register as predicted
-    std::uint32_t validCounter = 0;    ///< run of bits that agreed with the prediction
-    std::uint32_t timecodeTicker = 0;  ///< frames since the last bit
+    std::int32_t refLevel = 0;        ///< running estimate of the level that parts ones from zeros
+    std::uint32_t bitstream = 0;      ///< the last `bits` bits as read
+    std::uint32_t timecode = 0;       ///< the register as predicted
+    std::uint32_t validCounter = 0;   ///< run of bits that agreed with the prediction
+    std::uint32_t timecodeTicker = 0; ///< frames since the last bit
 
     // Derived once in timecoderInit, so that a frame needs neither the definition nor a division for them.
-    double quarterCycle = 0.0;   ///< seconds of record a crossing stands for
-    int flags = 0;               ///< TimecodeFlag bits
+    double quarterCycle = 0.0; ///< seconds of record a crossing stands for
+    int flags = 0;             ///< TimecodeFlag bits
     // The table's answer for the present bits: the chain is walked once a bit, not once a frame.
     std::uint32_t knownBitstream = 0;
     int knownPosition = -1;
@@ -59,5 +59,21 @@ void timecoderSubmit(Timecoder& tc, const std::int16_t* pcm, std::size_t npcm);
 
 /// The position (a Lut slot index), or -1 while fewer than 25 bits in a row have agreed or the code isn't
 /// on the record. `when`, if given, receives the position's age in seconds; untouched with -1.
-/// Realtime-safe.
+/// Realtime-safe. It runs once a frame and stands here so that it becomes part of the frame's loop.
 int timecoderGetPosition(Timecoder& tc, double* when);
+
+/// Asks the table for the present bits and keeps the answer. Realtime-safe.
+int timecoderFindPosition(Timecoder& tc);
+
+inline int timecoderGetPosition(Timecoder& tc, double* when) {
+    constexpr std::uint32_t validBits = 24; // a longer run reports a position
+    if (tc.validCounter <= validBits) {
+        return -1;
+    }
+    const bool fresh = tc.positionKnown && tc.knownBitstream == tc.bitstream;
+    const int position = fresh ? tc.knownPosition : timecoderFindPosition(tc);
+    if (position != -1 && when != nullptr) {
+        *when = tc.timecodeTicker * tc.dt;
+    }
+    return position;
+}

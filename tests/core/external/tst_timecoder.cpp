@@ -433,6 +433,35 @@ private Q_SLOTS:
         QCOMPARE(position, positionAfterBit(other, record.truth(bitFrame), true));
     }
 
+    void theSameBitsOnAnotherRecordAreAnotherPosition() {
+        DecoderRun run(serato(), play(serato(), 1.0));
+        run.skip(0.5);
+        const int position = run.position();
+        const std::uint32_t code = run.tc.bitstream;
+        QCOMPARE(position, static_cast<int>(serato().lut()->lookup(code)));
+        const TimecodeDefinition& other = builtRow("serato_sideB_FullDVS");
+        QVERIFY(other.lut()->lookup(code) != serato().lut()->lookup(code));
+        timecoderInit(run.tc, &other, rate, false);
+        run.tc.bitstream = code;
+        run.tc.validCounter = 25;
+        QCOMPARE(run.position(), static_cast<int>(other.lut()->lookup(code)));
+    }
+
+    void aLevelEqualToTheReferenceIsAZero() {
+        for (const int above : {0, 1}) {
+            Timecoder tc;
+            timecoderInit(tc, &serato(), rate, false);
+            submit(tc, 0, 1000, 2);
+            // The zero line moves within the frame of the bit, before the level is taken.
+            const double moved = tc.primary->zero + double((1000 << 16) - tc.primary->zero) * tc.zeroAlpha;
+            const int level = (1000 << 16) / 2 - static_cast<int>(moved) / 2;
+            tc.refLevel = level - above;
+            submit(tc, 1000, 1000);
+            QCOMPARE(tc.timecodeTicker, 1U);
+            QCOMPARE(tc.bitstream >> (serato().bits() - 1), static_cast<std::uint32_t>(above));
+        }
+    }
+
     void aWeakSignalIsHeardUnderThePhonoThresholdOnly() {
         RecordOptions weak;
         weak.level = 100.0 / 32768.0;

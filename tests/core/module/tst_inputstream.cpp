@@ -1,0 +1,139 @@
+#include "model/qsample.h"
+#include "module/inputcallback.h"
+#include "module/inputstream.h"
+#include "state/mode.h"
+#include "state/portaudiosession.h"
+#include "support/fakeportaudio.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+FakePortAudio& library() { return FakePortAudio::instance(); }
+QSample card(int index, int channels = 4) {
+    return QSample(ModelGraph::INPUT_DECKA, index, u"card"_s, 44100.0, channels, 0);
+}
+} // namespace
+
+class tst_InputStream : public QObject {
+    Q_OBJECT
+
+    Mode m_mode;
+    std::shared_ptr<InputCallbackState> m_state;
+
+private Q_SLOTS:
+    void init() {
+        library().devices = {{"other", 48000.0, 2, 2, 0}, {"card", 44100.0, 4, 0, 0}};
+        library().openable = true;
+        library().startable = true;
+        m_state = std::make_shared<InputCallbackState>();
+        m_state->mode = &m_mode;
+    }
+    void cleanup() { QCOMPARE(int(library().initialised), 0); }
+
+    void aStreamIsOpenedWithAllChannelsAndTheDevicesLowLatency() {
+        InputStream stream(m_state);
+        QCOMPARE(int(library().initialised), 1);
+        QVERIFY(!stream.isOpen());
+        QVERIFY(stream.open(card(1), 64));
+        QVERIFY(stream.isOpen());
+        const FakeStream& opened = *library().streams.back();
+        QCOMPARE(opened.input.device, 1);
+        QCOMPARE(opened.input.channelCount, 4);
+        QCOMPARE(opened.input.sampleFormat, PaSampleFormat{paInt16});
+        QCOMPARE(opened.input.suggestedLatency, 0.0125);
+        QVERIFY(opened.input.hostApiSpecificStreamInfo == nullptr);
+        QVERIFY(!opened.hadOutput);
+        QCOMPARE(opened.rate, 44100.0);
+        QCOMPARE(opened.frames, 64UL);
+        QCOMPARE(opened.flags, PaStreamFlags{0});
+        QVERIFY(!opened.started);
+        QVERIFY(stream.start());
+        QVERIFY(opened.started);
+        QVERIFY(stream.close());
+        QVERIFY(opened.stopped && opened.closed);
+        QVERIFY(!stream.isOpen());
+        QVERIFY(stream.close()); // and again
+    }
+
+    void theCallbackAlwaysGoesOn() {
+        InputStream stream(m_state);
+        QVERIFY(stream.open(card(1), 64));
+        const std::int16_t samples[8] = {};
+        QCOMPARE(library().streams.back()->call(samples, 2), int(paContinue));
+        QCOMPARE(library().streams.back()->call(nullptr, 2), int(paContinue));
+        QCOMPARE(m_state->buffers.load(), std::uint64_t{2});
+    }
+
+    void whatCantBeOpenedIsntOpen() {
+        const std::size_t before = library().streams.size();
+        InputStream stream(m_state);
+        QVERIFY(!stream.open(QSample(ModelGraph::INPUT_DECKA), 64)); // names no device
+        QVERIFY(!stream.open(card(7), 64));                          // there is none
+        QVERIFY(!stream.open(card(-1), 64));
+        library().openable = false;
+        QVERIFY(!stream.open(card(1), 64));
+        QVERIFY(!stream.isOpen());
+        QVERIFY(!stream.start());
+        QCOMPARE(library().streams.size(), before);
+    }
+
+    void aLibraryThatCantStartOpensNothing() {
+        library().startable = false;
+        InputStream stream(m_state);
+        QVERIFY(!stream.open(card(1), 64));
+        QVERIFY(stream.close());
+    }
+
+    void aDestroyedStreamIsClosed() {
+        {
+            InputStream stream(m_state);
+            QVERIFY(stream.open(card(1), 64));
+            QVERIFY(stream.start());
+        }
+        QVERIFY(library().streams.back()->stopped && library().streams.back()->closed);
+    }
+
+    void aCloseShutsTheGateFirst() {
+        InputStream stream(m_state);
+        QVERIFY(stream.open(card(1), 64));
+        m_state->open = true;
+        QVERIFY(stream.close());
+        QVERIFY(!m_state->open);
+    }
+
+    void aCloseThatHangsReturnsAndBlocksTheLibraryUntilItIsOver() {
+        auto stream = std::make_unique<InputStream>(m_state);
+        QVERIFY(stream->open(card(1), 64));
+        QVERIFY(stream->start());
+        const std::weak_ptr<InputCallbackState> state = m_state;
+        library().hang = true;
+        QVERIFY(!stream->close(std::chrono::milliseconds(20)));
+        QVERIFY(PortAudioSession::blocked());
+        stream.reset();
+        m_state.reset();
+        QVERIFY(!state.expired()); // the stream may still call
+        {
+            InputStream another(std::make_shared<InputCallbackState>());
+            QVERIFY(!another.open(card(1), 64));
+        }
+        library().hang = false;
+        QTRY_VERIFY(!PortAudioSession::blocked());
+        QTRY_VERIFY(state.expired());
+        QVERIFY(library().streams.back()->closed);
+    }
+
+    void aCloseWithoutWaitingReturnsAtOnce() {
+        InputStream stream(m_state);
+        QVERIFY(stream.open(card(1), 64));
+        library().hang = true;
+        QVERIFY(!stream.close(std::chrono::milliseconds(0)));
+        library().hang = false;
+        QTRY_VERIFY(!PortAudioSession::blocked());
+        QTRY_COMPARE(int(library().initialised), 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_InputStream)
+#include "tst_inputstream.moc"

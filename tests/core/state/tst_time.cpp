@@ -1,0 +1,173 @@
+#include "state/time.h"
+
+#include <QTest>
+#include <QTime>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr auto deckA = ModelGraph::INPUT_DECKA;
+constexpr auto deckB = ModelGraph::INPUT_DECKB;
+constexpr auto master = ModelGraph::INPUT_MASTER;
+} // namespace
+
+class tst_Time : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void everythingIsZeroAtStart() {
+        Time time;
+        for (const auto name : {deckA, deckB, master}) {
+            QCOMPARE(time.startTime(name), 0.0);
+            QCOMPARE(time.cursor(name), 0.0);
+            QCOMPARE(time.frameCounter(name), 0.0);
+            QCOMPARE(time.observedFrameCounter(name), 0.0);
+        }
+    }
+
+    void theDecksHaveClocksOfTheirOwn() {
+        Time time;
+        time.setCursor(deckA, 10.0);
+        time.setCursor(deckB, 20.0);
+        time.setFrameCounter(deckA, 30.0);
+        time.setFrameCounter(deckB, 40.0);
+        QCOMPARE(time.cursor(deckA), 10.0);
+        QCOMPARE(time.cursor(deckB), 20.0);
+        QCOMPARE(time.frameCounter(deckA), 30.0);
+        QCOMPARE(time.frameCounter(deckB), 40.0);
+        time.clearCursor(deckA);
+        time.clearFrameCounter(deckB);
+        QCOMPARE(time.cursor(deckA), 0.0);
+        QCOMPARE(time.cursor(deckB), 20.0);
+        QCOMPARE(time.frameCounter(deckA), 30.0);
+        QCOMPARE(time.frameCounter(deckB), 0.0);
+    }
+
+    void anAdvanceIsOneFrame() {
+        Time time;
+        for (int i = 0; i < 1000; ++i) {
+            time.advanceFrame(deckA);
+        }
+        QCOMPARE(time.frameCounter(deckA), 1000.0);
+        QCOMPARE(time.frameCounter(deckB), 0.0);
+    }
+
+    void anyOtherNameIsIgnored_data() {
+        QTest::addColumn<ModelGraph::EnumGraph>("name");
+        QTest::newRow("master") << ModelGraph::INPUT_MASTER;
+        QTest::newRow("output") << ModelGraph::OUTPUT_MASTER;
+        QTest::newRow("reference curve") << ModelGraph::INPUT_1;
+    }
+    void anyOtherNameIsIgnored() {
+        QFETCH(ModelGraph::EnumGraph, name);
+        Time time;
+        time.setFrameCounter(deckA, 5.0);
+        time.setFrameCounter(deckB, 6.0);
+        time.advanceFrame(name);
+        time.setFrameCounter(name, 7.0);
+        time.setCursor(name, 8.0);
+        time.setStartNow(name);
+        time.setStartNowRealtime(name);
+        QCOMPARE(time.frameCounter(name), 0.0);
+        QCOMPARE(time.cursor(name), 0.0);
+        QCOMPARE(time.startTime(name), 0.0);
+        QCOMPARE(time.observeFrameCounter(name), 0.0);
+        time.clearFrameCounter(name);
+        time.clearCursor(name);
+        QCOMPARE(time.frameCounter(deckA), 5.0);
+        QCOMPARE(time.frameCounter(deckB), 6.0);
+        QCOMPARE(time.startTime(deckA), 0.0);
+        QCOMPARE(time.startTime(deckB), 0.0);
+    }
+
+    void theWallClockIsMillisecondsSinceMidnight() {
+        Time time;
+        for (;;) {
+            const double before = QTime::currentTime().msecsSinceStartOfDay();
+            const double now = time.msecsNow();
+            const double after = QTime::currentTime().msecsSinceStartOfDay();
+            if (before <= after) { // else midnight has just passed
+                QVERIFY(before <= now && now <= after);
+                QVERIFY(now < 86400000.0);
+                return;
+            }
+        }
+    }
+
+    void theCallbacksClockAgreesWithTheWallClock() {
+        Time time;
+        for (int i = 0; i < 100; ++i) {
+            const double before = time.msecsNow();
+            const double now = time.msecsNowRealtime();
+            const double after = time.msecsNow();
+            if (before <= after) {
+                // Each is cut to a whole millisecond.
+                QVERIFY2(before - 1.0 <= now && now <= after + 1.0,
+                         qPrintable(u"%1 %2 %3"_s.arg(before, 0, 'f').arg(now, 0, 'f').arg(after, 0, 'f')));
+            }
+        }
+    }
+
+    void theCallbacksClockNeedsNoEarlierQuestion() {
+        const Time time;
+        const double now = time.msecsNowRealtime();
+        const double after = QTime::currentTime().msecsSinceStartOfDay();
+        QVERIFY(now <= after + 1.0 || after < 1000.0);
+        QVERIFY(now >= 0.0 && now < 86400000.0);
+    }
+
+    void bothStartsTakeTheMoment() {
+        Time time;
+        const double before = time.msecsNow();
+        time.setStartNow(deckA);
+        time.setStartNowRealtime(deckB);
+        const double after = time.msecsNow();
+        if (after < before) {
+            QSKIP("midnight has just passed");
+        }
+        for (const auto name : {deckA, deckB}) {
+            QVERIFY(before - 1.0 <= time.startTime(name) && time.startTime(name) <= after + 1.0);
+        }
+    }
+
+    void framesCountFromTheDecksStartAtItsRate() {
+        Time time;
+        time.setStartNow(deckA);
+        const QSample slow(deckA, 0, u"x"_s, 44100.0, 2, 0);
+        const QSample fast(deckA, 0, u"x"_s, 96000.0, 2, 0);
+        const double start = time.startTime(deckA);
+        QCOMPARE(time.framesSince(deckA, start, &slow), 0.0);
+        QCOMPARE(time.framesSince(deckA, start + 1000.0, &slow), slow.samplesPerMs() * 1000.0);
+        QCOMPARE(time.framesSince(deckA, start + 1.5, &fast), 144.0);
+        const double before = time.msecsNow();
+        const double frames = time.framesNow(deckA, &slow);
+        const double after = time.msecsNow();
+        if (after >= before) {
+            QVERIFY(slow.samplesPerMs() * (before - start) <= frames);
+            QVERIFY(frames <= slow.samplesPerMs() * (after - start));
+        }
+    }
+
+    void afterMidnightTheFramesGoNegativeAndNothingGuardsThat() {
+        Time time;
+        time.setStartNow(deckB);
+        const QSample sample(deckB, 0, u"x"_s, 48000.0, 2, 0);
+        // A reading of 5 ms past midnight against a start before it.
+        QCOMPARE(time.framesSince(deckB, 5.0, &sample), 48.0 * (5.0 - time.startTime(deckB)));
+        QCOMPARE(time.framesSince(deckB, time.startTime(deckB) - 100.0, &sample), -4800.0);
+    }
+
+    void theGuiKeepsTheCountThatItLastSaw() {
+        Time time;
+        time.setFrameCounter(deckA, 64.0);
+        QCOMPARE(time.observedFrameCounter(deckA), 0.0);
+        QCOMPARE(time.observeFrameCounter(deckA), 64.0);
+        time.setFrameCounter(deckA, 0.0); // a callback restarts the deck
+        QCOMPARE(time.observedFrameCounter(deckA), 64.0);
+        QCOMPARE(time.observeFrameCounter(deckA), 0.0);
+        QCOMPARE(time.observedFrameCounter(deckA), 0.0);
+        QCOMPARE(time.observedFrameCounter(deckB), 0.0);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_Time)
+#include "tst_time.moc"

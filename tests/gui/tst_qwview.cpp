@@ -1,0 +1,298 @@
+#include "qwview.h"
+
+#include "button/qb2push.h"
+#include "gui/support/deckgraph.h"
+#include "menu/qwgridtool.h"
+#include "state/pathfile.h"
+#include "state/vinyl.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QMainWindow>
+#include <QShortcut>
+#include <QSignalSpy>
+#include <QTest>
+
+namespace {
+
+struct Stores {
+    CurvePointStore mainA;
+    CurvePointStore secondaryA;
+    CurvePointStore mainB;
+    CurvePointStore secondaryB;
+};
+
+/// The view in a main window, as the program has it.
+struct Window : Stores {
+    Window() {
+        window.setCentralWidget(view = new QWView(mainA, secondaryA, mainB, secondaryB, &window));
+        window.resize(1200, 600);
+        window.show();
+        window.activateWindow();
+        view->setFocus();
+        // Shortcuts work in the active window alone.
+        active = QTest::qWaitForWindowActive(&window);
+    }
+    ~Window() { delete view; } // before the stores
+    QMainWindow window;
+    bool active = false;
+    QWView* view;
+};
+
+void writeFile(const QString& path, const QByteArray& content) {
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(content);
+}
+
+QStringList recordedCurves() {
+    PathFile& files = *Singleton::instance().pathFile();
+    return QDir(files.pathDirectoryRecording()).entryList({QStringLiteral("*")}, QDir::Files, QDir::Name);
+}
+
+} // namespace
+
+class TestQWView : public QObject {
+    Q_OBJECT
+
+    QSample m_deviceA{ModelGraph::INPUT_DECKA, 0, QStringLiteral("mixer"), 44100.0, 4, 0};
+    QSample m_deviceB{ModelGraph::INPUT_DECKB, 0, QStringLiteral("mixer"), 96000.0, 4, 1};
+    QSample* m_noDeviceA = nullptr;
+    QSample* m_noDeviceB = nullptr;
+
+    void plugIn() {
+        performance().setSample(ModelGraph::INPUT_DECKA, &m_deviceA, false);
+        performance().setSample(ModelGraph::INPUT_DECKB, &m_deviceB, false);
+        PathFile& files = *Singleton::instance().pathFile();
+        files.newPathDirectory_recording();
+        files.setFileDeckA(QStringLiteral("takeA.wav"));
+        files.setFileDeckB(QStringLiteral("takeB.wav"));
+    }
+
+private Q_SLOTS:
+    void initTestCase() {
+        prepareGuiProcess();
+        m_noDeviceA = performance().sample(ModelGraph::INPUT_DECKA);
+        m_noDeviceB = performance().sample(ModelGraph::INPUT_DECKB);
+    }
+    void init() {
+        performance().setSample(ModelGraph::INPUT_DECKA, m_noDeviceA, false);
+        performance().setSample(ModelGraph::INPUT_DECKB, m_noDeviceB, false);
+        Singleton::instance().pathFile()->setFileDeckA(QString());
+        Singleton::instance().pathFile()->setFileDeckB(QString());
+        resetSharedState();
+    }
+
+    void theGraphsStandAboveTheStrip() {
+        Window w;
+        QCOMPARE(w.view->minimumSize(), QSize(1200, 600));
+        QCOMPARE(w.view->gridTool()->geometry(), QRect(0, 540, 1200, 60));
+        QCOMPARE(w.view->painterDeckA()->geometry(), QRect(0, 0, 1200, 540));
+        QVERIFY(w.view->painterDeckB()->isHidden());
+    }
+    void theGraphsHaveTheirCurves() {
+        Window w;
+        QCOMPARE(w.view->painterDeckA()->deckName(), ModelGraph::INPUT_DECKA);
+        QCOMPARE(w.view->painterDeckA()->mainCurve()->graphName(), ModelGraph::INPUT_DECKA);
+        QCOMPARE(w.view->painterDeckA()->secondaryCurve()->graphName(), ModelGraph::INPUT_1);
+        QCOMPARE(w.view->painterDeckB()->mainCurve()->graphName(), ModelGraph::INPUT_DECKB);
+        QCOMPARE(w.view->painterDeckB()->secondaryCurve()->graphName(), ModelGraph::INPUT_2);
+        QCOMPARE(&w.view->painterDeckA()->mainCurve()->store(), &w.mainA);
+        QCOMPARE(&w.view->painterDeckA()->secondaryCurve()->store(), &w.secondaryA);
+        QCOMPARE(&w.view->painterDeckB()->mainCurve()->store(), &w.mainB);
+        QCOMPARE(&w.view->painterDeckB()->secondaryCurve()->store(), &w.secondaryB);
+    }
+    void theFirstGraphShowsTheStoredBeats() {
+        mode().setGraphBeats(0.0);
+        Window w;
+        QVERIFY(w.view->painterDeckA()->xRange().span() > 500000.0);
+        QVERIFY(performance().displayInterval() > 0.0);
+    }
+    void choosingTheInputShowsItsGraph() {
+        Window w;
+        w.view->showInput(ModelInput::TEXT_B);
+        QVERIFY(w.view->painterDeckA()->isHidden() && !w.view->painterDeckB()->isHidden());
+        w.view->showInput(ModelInput::TEXT_A);
+        QVERIFY(!w.view->painterDeckA()->isHidden() && w.view->painterDeckB()->isHidden());
+        for (const auto both : {ModelInput::TEXT_A_B, ModelInput::UNDEFINED}) {
+            w.view->showInput(ModelInput::TEXT_A);
+            w.view->showInput(both);
+            QVERIFY(!w.view->painterDeckA()->isHidden() && !w.view->painterDeckB()->isHidden());
+        }
+        QCoreApplication::processEvents();
+        const QRect a = w.view->painterDeckA()->geometry();
+        const QRect b = w.view->painterDeckB()->geometry();
+        QVERIFY(a.bottom() < b.top());
+        QVERIFY(std::abs(a.height() - b.height()) <= 1);
+    }
+    void holdAsksBothVisibleGraphs() {
+        Window w;
+        mode().modeHold_on();
+        addPoints(w.mainA, 200, 64.0, [](int, CurvePoint& p) { p.pitch = 0.0; });
+        addPoints(w.mainB, 200, 64.0);
+        pictureOf(*w.view->painterDeckA());
+        QVERIFY(mode().modeGraphicScrollStop());
+        w.view->showInput(ModelInput::TEXT_A_B);
+        pictureOf(*w.view->painterDeckA());
+        QVERIFY(!mode().modeGraphicScrollStop());
+    }
+
+    void spaceClicksPlay() {
+        Window w;
+        QVERIFY(w.active);
+        QSignalSpy push(w.view->gridTool()->playButton(), &QB2Push::s_push);
+        QTest::keyClick(w.view, Qt::Key_Space);
+        QCOMPARE(push.count(), 1);
+    }
+    void enterReturnAndBackspaceSetTheZeroMark() {
+        Window w;
+        QVERIFY(w.active);
+        Vinyl& vinyl = *Singleton::instance().vinyl();
+        for (const auto key : {Qt::Key_Enter, Qt::Key_Return}) {
+            vinyl.setAngle(ModelGraph::INPUT_DECKA, 350.0);
+            vinyl.setDeltaPosition(ModelGraph::INPUT_DECKA, 20.0);
+            vinyl.setDeltaPosition(ModelGraph::INPUT_DECKB, 7.0);
+            QTest::keyClick(w.view, key);
+            QCOMPARE(vinyl.deltaPosition(ModelGraph::INPUT_DECKA), 10.0);
+            QCOMPARE(vinyl.deltaPosition(ModelGraph::INPUT_DECKB), 7.0);
+        }
+        vinyl.setAngle(ModelGraph::INPUT_DECKB, 90.0);
+        QTest::keyClick(w.view, Qt::Key_Backspace);
+        QCOMPARE(vinyl.deltaPosition(ModelGraph::INPUT_DECKB), 97.0);
+        QCOMPARE(vinyl.deltaPosition(ModelGraph::INPUT_DECKA), 10.0);
+    }
+    void digitsTagBothGraphs() {
+        Window w;
+        QVERIFY(w.active);
+        for (const int number : {3, 1, 4, 2, 0}) {
+            QTest::keyClick(w.view, Qt::Key(Qt::Key_0 + number));
+            QCOMPARE(w.view->painterDeckA()->tagNumber(), number);
+            QCOMPARE(w.view->painterDeckB()->tagNumber(), number);
+        }
+    }
+    void theStartOfASessionLetsTheRecordersRun() {
+        Window w;
+        QSignalSpy record(w.view, &QWView::s_Record);
+        w.view->playSound();
+        QCOMPARE(record.count(), 1);
+    }
+    void theDisplayModeIsToldAndTheGraphsStartAnew() {
+        Window w;
+        QSignalSpy told(w.view, &QWView::s_UpdateMode);
+        QSignalSpy startA(w.view->painterDeckA(), &QWPainter::s_InitStart);
+        QSignalSpy startB(w.view->painterDeckB(), &QWPainter::s_InitStart);
+        mode().setDisplayMode(ModelDisplay::DRUMMING);
+        QCOMPARE(told.count(), 1);
+        QCOMPARE(startA.count(), 1);
+        QCOMPARE(startB.count(), 1);
+    }
+    void anotherRateChangesTheBeatAndTheRange() {
+        plugIn();
+        Window w;
+        w.view->updateBpmSamplerate(ModelGraph::INPUT_DECKA);
+        QCOMPARE(training().beatLength(ModelGraph::INPUT_DECKA), 60.0 * 44100.0 / 84.0); // 31500
+        QCOMPARE(training().beatLength(ModelGraph::INPUT_DECKB), 60.0 * 48000.0 / 84.0);
+        QCOMPARE(w.view->painterDeckA()->xRange().span(), 16.0 * 31500.0);
+        w.view->updateAllBpmSamplerate();
+        QCOMPARE(training().beatLength(ModelGraph::INPUT_DECKB), 60.0 * 96000.0 / 84.0);
+    }
+
+    void aStyleIsReadFromItsFile() {
+        writeFile(pathCss(QStringLiteral("Test.css")), "QLabel { color: red; }");
+        Window w;
+        w.view->applyStyle(QStringLiteral("Test"));
+        QCOMPARE(w.view->styleSheet(), QStringLiteral("QLabel { color: red; }"));
+        w.view->applyStyle(QStringLiteral("NoSuchStyle"));
+        QCOMPARE(w.view->styleSheet(), QStringLiteral("QLabel { color: red; }"));
+    }
+    void aNewStyleAppliesAtOnceAndAtTheNextStart() {
+        writeFile(pathCss(QStringLiteral("RedGuillotine.css")), "QLabel { color: blue; }");
+        Window w;
+        setting().setStyle(QStringLiteral("RedGuillotine"));
+        QCOMPARE(w.view->styleSheet(), QStringLiteral("QLabel { color: blue; }"));
+        Window next;
+        QCOMPARE(next.view->styleSheet(), QStringLiteral("QLabel { color: blue; }"));
+        setting().setStyle(QStringLiteral("Gramoscope"));
+    }
+
+    void closingTheWindowEndsTheProgram() {
+        Window w;
+        QSignalSpy kill(w.view, &QWView::s_killApp);
+        w.window.close();
+        QCOMPARE(kill.count(), 1);
+    }
+    void quittingClosesTheView() {
+        Window w;
+        QSignalSpy kill(w.view, &QWView::s_killApp);
+        w.view->actionQuit();
+        QCOMPARE(kill.count(), 1);
+    }
+    void aViewWithoutAWindowEndsTheProgramToo() {
+        Stores s;
+        QWView view(s.mainA, s.secondaryA, s.mainB, s.secondaryB, nullptr);
+        QVERIFY(view.isVisible());
+        QSignalSpy kill(&view, &QWView::s_killApp);
+        view.close();
+        QCOMPARE(kill.count(), 1);
+    }
+
+    void withoutARecordingNothingIsWritten() {
+        plugIn();
+        Window w;
+        addPoints(w.mainA, 10, 64.0);
+        w.view->exportFile();
+        QVERIFY(recordedCurves().isEmpty());
+    }
+    void theCurvesOfTheChosenDecksAreSaved_data() {
+        QTest::addColumn<ModelInput::EnumInput>("input");
+        QTest::addColumn<QStringList>("files");
+        const QString a = QStringLiteral("takeA.grw");
+        const QString b = QStringLiteral("takeB.grw");
+        QTest::newRow("A") << ModelInput::TEXT_A << QStringList{a};
+        QTest::newRow("B") << ModelInput::TEXT_B << QStringList{b};
+        QTest::newRow("both") << ModelInput::TEXT_A_B << QStringList{a, b};
+        QTest::newRow("not chosen yet") << ModelInput::UNDEFINED << QStringList{a, b};
+    }
+    void theCurvesOfTheChosenDecksAreSaved() {
+        QFETCH(ModelInput::EnumInput, input);
+        QFETCH(QStringList, files);
+        plugIn();
+        Window w;
+        addPoints(w.mainA, 10, 64.0);
+        addPoints(w.mainB, 20, 64.0);
+        mode().modeRecorder_on();
+        mode().setInputMode(input);
+        w.view->exportFile();
+        QCOMPARE(recordedCurves(), files);
+        const QDir folder(Singleton::instance().pathFile()->pathDirectoryRecording());
+        if (input != ModelInput::TEXT_B) {
+            QCOMPARE(QFileInfo(folder.filePath(files.first())).size(), qint64{8 + 23 * 10});
+        }
+        if (input != ModelInput::TEXT_A) {
+            QCOMPARE(QFileInfo(folder.filePath(files.last())).size(), qint64{8 + 23 * 20});
+        }
+    }
+    void aChosenDeckThatStoodStillSavesAnEmptyCurve() {
+        plugIn();
+        Window w;
+        mode().modeRecorder_on();
+        mode().setInputMode(ModelInput::TEXT_A);
+        w.view->exportFile();
+        QCOMPARE(recordedCurves(), QStringList{QStringLiteral("takeA.grw")});
+    }
+    void aDeckWithoutADeviceLeavesNoStrayFile() {
+        plugIn();
+        performance().setSample(ModelGraph::INPUT_DECKB, m_noDeviceB, false);
+        Singleton::instance().pathFile()->setFileDeckB(QString());
+        Window w;
+        addPoints(w.mainA, 10, 64.0);
+        mode().modeRecorder_on();
+        w.view->exportFile();
+        QCOMPARE(recordedCurves(), QStringList{QStringLiteral("takeA.grw")});
+    }
+};
+
+QTEST_MAIN(TestQWView)
+#include "tst_qwview.moc"

@@ -1,0 +1,131 @@
+#pragma once
+// Stands in for the PortAudio library, so that a test decides which devices there are and drives the streams
+// itself. Include it in one source of a test program: the definitions here take the library's place.
+
+#include <portaudio.h>
+
+#include <atomic>
+#include <string>
+#include <thread>
+#include <vector>
+
+struct FakeDevice {
+    std::string name;
+    double rate = 48000.0;
+    int inputs = 0;
+    int outputs = 0;
+    int hostApi = 0;
+};
+
+/// What a stream was opened with.
+struct FakeStream {
+    PaStreamParameters input{};
+    double rate = 0.0;
+    unsigned long frames = 0;
+    PaStreamFlags flags = 0;
+    PaStreamCallback* callback = nullptr;
+    void* user = nullptr;
+    bool hadOutput = false;
+    bool started = false;
+    bool stopped = false;
+    bool closed = false;
+
+    /// One buffer, as the library's thread would bring it. Returns what the callback returns.
+    int call(const void* samples, unsigned long count) const {
+        return callback(samples, nullptr, count, nullptr, 0, user);
+    }
+};
+
+struct FakePortAudio {
+    std::vector<FakeDevice> devices;
+    std::vector<FakeStream*> streams; ///< all that were ever opened; never freed
+    std::atomic<int> initialiseCalls{0};
+    std::atomic<int> initialised{0}; ///< less the terminations
+    bool startable = true;           ///< Pa_Initialize succeeds
+    bool openable = true;            ///< Pa_OpenStream succeeds
+    std::atomic<bool> hang{false};   ///< Pa_StopStream doesn't come back while this is set
+    std::vector<PaDeviceInfo> infos;
+
+    static FakePortAudio& instance() {
+        static FakePortAudio fake;
+        return fake;
+    }
+};
+
+extern "C" {
+
+PaError Pa_Initialize() {
+    FakePortAudio& fake = FakePortAudio::instance();
+    ++fake.initialiseCalls;
+    if (!fake.startable) {
+        return paUnanticipatedHostError;
+    }
+    ++fake.initialised;
+    return paNoError;
+}
+
+PaError Pa_Terminate() {
+    --FakePortAudio::instance().initialised;
+    return paNoError;
+}
+
+PaDeviceIndex Pa_GetDeviceCount() {
+    const FakePortAudio& fake = FakePortAudio::instance();
+    return fake.initialised > 0 ? static_cast<PaDeviceIndex>(fake.devices.size())
+                                : static_cast<PaDeviceIndex>(paNotInitialized);
+}
+
+const PaDeviceInfo* Pa_GetDeviceInfo(PaDeviceIndex device) {
+    FakePortAudio& fake = FakePortAudio::instance();
+    if (device < 0 || static_cast<std::size_t>(device) >= fake.devices.size()) {
+        return nullptr;
+    }
+    fake.infos.resize(fake.devices.size());
+    const FakeDevice& wanted = fake.devices[static_cast<std::size_t>(device)];
+    PaDeviceInfo& info = fake.infos[static_cast<std::size_t>(device)];
+    info = PaDeviceInfo{};
+    info.name = wanted.name.c_str();
+    info.hostApi = wanted.hostApi;
+    info.maxInputChannels = wanted.inputs;
+    info.maxOutputChannels = wanted.outputs;
+    info.defaultLowInputLatency = 0.0125;
+    info.defaultSampleRate = wanted.rate;
+    return &info;
+}
+
+PaError Pa_IsFormatSupported(const PaStreamParameters*, const PaStreamParameters*, double) {
+    return paInvalidSampleRate; // whoever asks mustn't care
+}
+
+PaError Pa_OpenStream(PaStream** stream, const PaStreamParameters* input, const PaStreamParameters* output,
+                      double rate, unsigned long frames, PaStreamFlags flags, PaStreamCallback* callback,
+                      void* user) {
+    FakePortAudio& fake = FakePortAudio::instance();
+    if (!fake.openable) {
+        return paDeviceUnavailable;
+    }
+    auto* opened = new FakeStream{*input, rate, frames, flags, callback, user, output != nullptr};
+    fake.streams.push_back(opened);
+    *stream = opened;
+    return paNoError;
+}
+
+PaError Pa_StartStream(PaStream* stream) {
+    static_cast<FakeStream*>(stream)->started = true;
+    return paNoError;
+}
+
+PaError Pa_StopStream(PaStream* stream) {
+    while (FakePortAudio::instance().hang) {
+        std::this_thread::yield();
+    }
+    static_cast<FakeStream*>(stream)->stopped = true;
+    return paNoError;
+}
+
+PaError Pa_CloseStream(PaStream* stream) {
+    static_cast<FakeStream*>(stream)->closed = true;
+    return paNoError;
+}
+
+} // extern "C"
