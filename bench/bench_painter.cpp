@@ -15,6 +15,7 @@
 #include <QApplication>
 #include <QPainter>
 #include <QTemporaryDir>
+#include <QWindow>
 
 #include <cmath>
 #include <memory>
@@ -22,13 +23,22 @@
 
 namespace {
 
-constexpr int width = 1900;
-constexpr int height = 500;
+constexpr int graphWidth = 1900;
+constexpr int graphHeight = 500;
 constexpr double beats = 16.0;
 constexpr int segments = 950;        // in the part of the window that lies before the cursor
 constexpr double shareBefore = 0.96; // of the window
 constexpr int pointsPerStroke = 50;
 constexpr double framesPerTick = 800.0; // a display of 60 pictures a second
+
+/// Shows the widget; from here on repaint() paints at once.
+void showNow(QWidget& widget) {
+    widget.resize(graphWidth, graphHeight);
+    widget.show();
+    while (!widget.windowHandle()->isExposed()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+}
 
 /// A graph of deck A whose data sound throughout, on a window of its own.
 struct Graph {
@@ -48,8 +58,7 @@ struct Graph {
         main.reserve();
         widget = std::make_unique<QWPainter>(ModelGraph::INPUT_DECKA, ModelGraph::INPUT_1, main, secondary,
                                              nullptr);
-        widget->resize(width, height);
-        widget->show();
+        showNow(*widget);
         span = widget->xRange().max - widget->xRange().min;
         step = std::floor(span * shareBefore / segments);
     }
@@ -126,11 +135,9 @@ void emptyRepaint(benchmark::State& state) {
 /// A widget that is a picture with an alpha channel, as the kept curve is.
 class Picture : public QWidget {
 public:
-    Picture() : m_image(width, height, QImage::Format_ARGB32_Premultiplied) {
+    Picture() : m_image(graphWidth, graphHeight, QImage::Format_ARGB32_Premultiplied) {
         m_image.fill(QColor(0, 255, 0, 100));
         setAttribute(Qt::WA_OpaquePaintEvent);
-        resize(width, height);
-        show();
     }
 
 protected:
@@ -142,6 +149,7 @@ private:
 
 void blit(benchmark::State& state) {
     Picture picture;
+    showNow(picture);
     for (auto _ : state) {
         picture.repaint();
     }

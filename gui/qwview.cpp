@@ -105,10 +105,10 @@ void QWView::makeShortcuts() {
     shortcut(Qt::Key_Backspace, [&shared] { shared.calculVinylDeltaPositionB(); });
 
     const auto tag = [this](Qt::Key key, void (QWPainter::*draw)()) {
-        shortcut(key, [this, draw] {
-            (m_painterDeckA->*draw)();
-            (m_painterDeckB->*draw)();
-        });
+        const auto* digit = new QShortcut(key, this);
+        for (QWPainter* graph : {m_painterDeckA, m_painterDeckB}) {
+            connect(digit, &QShortcut::activated, graph, draw);
+        }
     };
     tag(Qt::Key_0, &QWPainter::drawTagNumber_0);
     tag(Qt::Key_1, &QWPainter::drawTagNumber_1);

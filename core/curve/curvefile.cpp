@@ -34,7 +34,8 @@ bool QCurve::saveToPath(const QString& path) const {
     for (std::size_t i = 0; i < all.size(); ++i) {
         const CurvePoint& point = all[i];
         stream << truncated(point.time) << point.position << point.rawAngle
-               << static_cast<qint16>(otherDirection(point.direction)) << static_cast<qint8>(point.soundOn != 0);
+               << static_cast<qint16>(otherDirection(point.direction))
+               << static_cast<qint8>(point.soundOn != 0);
     }
     return stream.status() == QDataStream::Ok && file.flush();
 }

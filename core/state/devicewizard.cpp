@@ -11,12 +11,17 @@ namespace {
 
 using namespace Constant;
 
-QString groupOf(const QString& entry) { return entry.section(u'/', 0, 0); }
+QString groupOf(const QString& entry) {
+    return entry.section(u'/', 0, 0);
+}
 
-bool namesDevice(const QString& entry) { return ObjectAudioDevice(entry).index() >= 0; }
+bool namesDevice(const QString& entry) {
+    return ObjectAudioDevice(entry).index() >= 0;
+}
 
 // The first entry that holds the text the mixer file gives for `key`; empty if there is none, or no text.
-QString offered(QLatin1StringView key, const QString& group, const SettingMixer& mixer, const QStringList& entries) {
+QString offered(QLatin1StringView key, const QString& group, const SettingMixer& mixer,
+                const QStringList& entries) {
     const QString wanted = mixer.mixerValue(key, group).trimmed();
     if (wanted.isEmpty()) {
         return {};
@@ -50,7 +55,8 @@ void applyKnownMixer(const QString& entry, const SettingMixer& mixer, const QStr
     if (!mixer.mixerContains(group)) {
         return;
     }
-    const auto apply = [&](QLatin1StringView key, const QStringList& entries, void (Setting::*set)(const QString&)) {
+    const auto apply = [&](QLatin1StringView key, const QStringList& entries,
+                           void (Setting::*set)(const QString&)) {
         if (mixer.mixerKnows(key, group)) {
             (setting.*set)(offered(key, group, mixer, entries));
         }
@@ -88,6 +94,7 @@ bool autoSetUpDevices() {
     if (entry.isEmpty()) {
         return false;
     }
-    applyKnownMixer(entry, mixer, inputs, shared.audioDeviceList(ModelAudioDeviceInfo::AUDIO_OUTPUT), setting);
+    applyKnownMixer(entry, mixer, inputs, shared.audioDeviceList(ModelAudioDeviceInfo::AUDIO_OUTPUT),
+                    setting);
     return true;
 }

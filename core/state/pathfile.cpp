@@ -23,7 +23,8 @@ bool writable(const QString& folder) {
 }
 
 void copyTree(const QString& from, const QString& to) {
-    QDirIterator entries(from, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
+    QDirIterator entries(from, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                         QDirIterator::Subdirectories);
     while (entries.hasNext()) {
         const QString source = entries.next();
         const QString target = QDir(to).filePath(QDir(from).relativeFilePath(source));
@@ -79,31 +80,65 @@ void fillDataFolder(const QString& from, const QString& to) {
     QDir().rename(part, to);
 }
 
-void useDataFolder(const QString& folder) { dataRoot() = folder; }
+void useDataFolder(const QString& folder) {
+    dataRoot() = folder;
+}
 
-QString pathData(const QString& name) { return QDir(dataRoot()).filePath(name); }
-QString pathInput(const QString& name) { return inFolder(Folder::input, name); }
-QString pathLooper(const QString& name) { return inFolder(Folder::looper, name); }
-QString pathColor(const QString& name) { return inFolder(Folder::color, name); }
-QString pathExport(const QString& name) { return inFolder(Folder::exported, name); }
-QString pathRecording(const QString& name) { return inFolder(Folder::recording, name); }
-QString pathScratchTools(const QString& name) { return inFolder(Folder::scratchTools, name); }
-QString pathCss(const QString& name) { return inFolder(Folder::css, name); }
+QString pathData(const QString& name) {
+    return QDir(dataRoot()).filePath(name);
+}
+QString pathInput(const QString& name) {
+    return inFolder(Folder::input, name);
+}
+QString pathLooper(const QString& name) {
+    return inFolder(Folder::looper, name);
+}
+QString pathColor(const QString& name) {
+    return inFolder(Folder::color, name);
+}
+QString pathExport(const QString& name) {
+    return inFolder(Folder::exported, name);
+}
+QString pathRecording(const QString& name) {
+    return inFolder(Folder::recording, name);
+}
+QString pathScratchTools(const QString& name) {
+    return inFolder(Folder::scratchTools, name);
+}
+QString pathCss(const QString& name) {
+    return inFolder(Folder::css, name);
+}
 
-QPixmap pathIcon(const QString& name) { return QPixmap(Resource::icon + name); }
-QString pathImage(const QString& name) { return Resource::image + name; }
-QString pathTranslation(const QString& name) { return Resource::translation + name; }
-QString pathGenerate(const QString& name) { return Resource::generate + name; }
-QString pathSound(const QString& name) { return Resource::sound + name; }
+QPixmap pathIcon(const QString& name) {
+    return QPixmap(Resource::icon + name);
+}
+QString pathImage(const QString& name) {
+    return Resource::image + name;
+}
+QString pathTranslation(const QString& name) {
+    return Resource::translation + name;
+}
+QString pathGenerate(const QString& name) {
+    return Resource::generate + name;
+}
+QString pathSound(const QString& name) {
+    return Resource::sound + name;
+}
 
 QString resourceFile(const QString& name) {
     const auto scheme = QLatin1StringView("qrc:");
     return name.startsWith(scheme) ? u':' + name.mid(scheme.size()) : name;
 }
 
-QString PathFile::fileDeckA() const { return withoutWav(m_fileDeckA); }
-QString PathFile::fileDeckB() const { return withoutWav(m_fileDeckB); }
-QString PathFile::fileMaster() const { return withoutWav(m_fileMaster); }
+QString PathFile::fileDeckA() const {
+    return withoutWav(m_fileDeckA);
+}
+QString PathFile::fileDeckB() const {
+    return withoutWav(m_fileDeckB);
+}
+QString PathFile::fileMaster() const {
+    return withoutWav(m_fileMaster);
+}
 
 QString PathFile::pathDirectoryRecording() {
     const QString path = pathRecording(m_directoryRecording);

@@ -38,8 +38,7 @@ void useDataFolder(const QString& folder);
 class PathFile : public QObject {
     Q_OBJECT
 public:
-    explicit PathFile(QObject* parent = nullptr)
-        : QObject(parent) {}
+    explicit PathFile(QObject* parent = nullptr) : QObject(parent) {}
 
     void setFileDeckA(const QString& name) { m_fileDeckA = name; }
     void setFileDeckB(const QString& name) { m_fileDeckB = name; }

@@ -7,18 +7,42 @@ template <typename T> void RecordingLooperTraining::assign(T& field, const T& va
     Q_EMIT s_Update();
 }
 
-void RecordingLooperTraining::setNumber(int value) { assign(m_number, value); }
-void RecordingLooperTraining::setActivatedMode(ModelActivatedMode::EnumActivatedMode value) { assign(m_activatedMode, value); }
-void RecordingLooperTraining::setInput(ModelInput::EnumInput value) { assign(m_input, value); }
-void RecordingLooperTraining::setTitle(const QString& value) { assign(m_title, value); }
-void RecordingLooperTraining::setAuthor(const QString& value) { assign(m_author, value); }
-void RecordingLooperTraining::setUrl(const QString& value) { assign(m_url, value); }
-void RecordingLooperTraining::setTrackMain(const QString& value) { assign(m_trackMain, value); }
-void RecordingLooperTraining::setFirstMetronome(double frames) { assign(m_firstMetronome, frames); }
-void RecordingLooperTraining::setTrackA(const QString& value) { assign(m_trackA, value); }
-void RecordingLooperTraining::setTrackB(const QString& value) { assign(m_trackB, value); }
-void RecordingLooperTraining::setColorFileA(const QString& value) { assign(m_colorFileA, value); }
-void RecordingLooperTraining::setColorFileB(const QString& value) { assign(m_colorFileB, value); }
+void RecordingLooperTraining::setNumber(int value) {
+    assign(m_number, value);
+}
+void RecordingLooperTraining::setActivatedMode(ModelActivatedMode::EnumActivatedMode value) {
+    assign(m_activatedMode, value);
+}
+void RecordingLooperTraining::setInput(ModelInput::EnumInput value) {
+    assign(m_input, value);
+}
+void RecordingLooperTraining::setTitle(const QString& value) {
+    assign(m_title, value);
+}
+void RecordingLooperTraining::setAuthor(const QString& value) {
+    assign(m_author, value);
+}
+void RecordingLooperTraining::setUrl(const QString& value) {
+    assign(m_url, value);
+}
+void RecordingLooperTraining::setTrackMain(const QString& value) {
+    assign(m_trackMain, value);
+}
+void RecordingLooperTraining::setFirstMetronome(double frames) {
+    assign(m_firstMetronome, frames);
+}
+void RecordingLooperTraining::setTrackA(const QString& value) {
+    assign(m_trackA, value);
+}
+void RecordingLooperTraining::setTrackB(const QString& value) {
+    assign(m_trackB, value);
+}
+void RecordingLooperTraining::setColorFileA(const QString& value) {
+    assign(m_colorFileA, value);
+}
+void RecordingLooperTraining::setColorFileB(const QString& value) {
+    assign(m_colorFileB, value);
+}
 
 void RecordingLooperTraining::setCurveFileA(const QString& path) {
     assign(m_curveFileA, path);

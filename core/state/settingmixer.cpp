@@ -6,20 +6,24 @@
 namespace {
 
 // A key without "/" is its own group and its own name.
-QString groupOf(const QString& key) { return key.section(u'/', 0, 0); }
-QString nameOf(const QString& key) { return key.contains(u'/') ? key.section(u'/', 1) : QString(); }
+QString groupOf(const QString& key) {
+    return key.section(u'/', 0, 0);
+}
+QString nameOf(const QString& key) {
+    return key.contains(u'/') ? key.section(u'/', 1) : QString();
+}
 
 // A value with commas that aren't quoted comes as a list; blanks behind these commas are lost.
-QString textOf(const QVariant& value) { return value.toStringList().join(u','); }
+QString textOf(const QVariant& value) {
+    return value.toStringList().join(u',');
+}
 
 } // namespace
 
-SettingMixer::SettingMixer(QObject* parent)
-    : SettingMixer(pathInput(Constant::File::mixer), parent) {}
+SettingMixer::SettingMixer(QObject* parent) : SettingMixer(pathInput(Constant::File::mixer), parent) {}
 
 SettingMixer::SettingMixer(const QString& fileName, QObject* parent)
-    : QObject(parent)
-    , m_settings(fileName, QSettings::IniFormat) {}
+    : QObject(parent), m_settings(fileName, QSettings::IniFormat) {}
 
 bool SettingMixer::mixerContains(const QString& deviceName) const {
     const QStringList keys = m_settings.allKeys();

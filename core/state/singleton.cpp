@@ -58,7 +58,8 @@ bool Singleton::offered(const ObjectAudioDevice& device,
     return device.index() >= 0 && audioDeviceList(direction).contains(device.text());
 }
 
-QSample* Singleton::sampleInput(const ObjectAudioDevice& device, ModelGraph::EnumGraph name, double sampleRate) {
+QSample* Singleton::sampleInput(const ObjectAudioDevice& device, ModelGraph::EnumGraph name,
+                                double sampleRate) {
     if (!offered(device, ModelAudioDeviceInfo::AUDIO_INPUT)) {
         return nullptr;
     }
@@ -98,9 +99,9 @@ QSample* Singleton::sampleOutputMaster() {
     if (!offered(device, ModelAudioDeviceInfo::AUDIO_OUTPUT)) {
         return nullptr;
     }
-    return new QSample(ModelGraph::OUTPUT_MASTER, device.index(), device.name(), std::trunc(device.sampleRate()),
-                       device.channelCount(), device.channelFirst(), m_setting->outputDeckA()->channelFirst(),
-                       m_setting->outputDeckB()->channelFirst());
+    return new QSample(ModelGraph::OUTPUT_MASTER, device.index(), device.name(),
+                       std::trunc(device.sampleRate()), device.channelCount(), device.channelFirst(),
+                       m_setting->outputDeckA()->channelFirst(), m_setting->outputDeckB()->channelFirst());
 }
 
 double Singleton::moveZero(ModelGraph::EnumGraph name) {

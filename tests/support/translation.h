@@ -63,8 +63,8 @@ inline bool addToResources(const QString& folder, const QString& file, const QBy
     const auto dataAt = quint32(header + tree.size());
     const auto namesAt = quint32(dataAt + data.size());
     static QList<QByteArray> kept; // the resource system reads from them
-    kept << QByteArray("qres") + bigEndian<quint32>(1) + bigEndian<quint32>(header) + bigEndian<quint32>(dataAt) +
-                bigEndian<quint32>(namesAt) + tree + data + names;
+    kept << QByteArray("qres") + bigEndian<quint32>(1) + bigEndian<quint32>(header) +
+                bigEndian<quint32>(dataAt) + bigEndian<quint32>(namesAt) + tree + data + names;
     return QResource::registerResource(reinterpret_cast<const uchar*>(kept.last().constData()));
 }
 

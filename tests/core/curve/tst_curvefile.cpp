@@ -17,7 +17,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-RecordingLooperTraining& session() { return *Singleton::instance().recordingLooperTraining(); }
+RecordingLooperTraining& session() {
+    return *Singleton::instance().recordingLooperTraining();
+}
 
 QByteArray contentOf(const QString& name) {
     QFile file(name);
@@ -30,7 +32,9 @@ template <typename T> QByteArray littleEndian(T value) {
     return bytes;
 }
 
-QByteArray header(qint32 bpm, qint32 count) { return littleEndian(bpm) + littleEndian(count); }
+QByteArray header(qint32 bpm, qint32 count) {
+    return littleEndian(bpm) + littleEndian(count);
+}
 
 QByteArray record(qint32 time, double position, double rawAngle, qint16 direction, char soundOn) {
     return littleEndian(time) + littleEndian(position) + littleEndian(rawAngle) + littleEndian(direction) +
@@ -44,7 +48,7 @@ CurvePoint point(double time, double position, double rawAngle, std::int32_t dir
     p.rawAngle = rawAngle;
     p.direction = direction;
     p.soundOn = soundOn;
-    p.pitch = 1.25;    // neither is kept
+    p.pitch = 1.25; // neither is kept
     p.timecode = 4711;
     return p;
 }
@@ -135,9 +139,9 @@ private Q_SLOTS:
 
     void theTempoIsTruncatedTowardsZero() {
         Fixture f;
-        for (const auto& [bpm, written] : {std::pair{99.999, 99}, std::pair{-99.999, -99}, std::pair{0.5, 0},
-                                           std::pair{1e300, 2147483647},
-                                           std::pair{std::numeric_limits<double>::quiet_NaN(), 0}}) {
+        for (const auto& [bpm, written] :
+             {std::pair{99.999, 99}, std::pair{-99.999, -99}, std::pair{0.5, 0}, std::pair{1e300, 2147483647},
+              std::pair{std::numeric_limits<double>::quiet_NaN(), 0}}) {
             session().setBpmEffective(bpm);
             const QString name = newFile();
             QVERIFY(f.curve->saveToPath(name));
@@ -158,7 +162,8 @@ private Q_SLOTS:
         f.store.append(point(1.0, 2.0, 3.0, 0, true));
         Singleton::instance().pathFile()->newPathDirectory_recording();
         f.curve->saveToFile(u"0_x_y.2 é"_s);
-        const QString folder = m_data + u"/Recording/"_s + Singleton::instance().pathFile()->directoryRecording();
+        const QString folder =
+            m_data + u"/Recording/"_s + Singleton::instance().pathFile()->directoryRecording();
         QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList(u"0_x_y.2 é.grw"_s));
         QCOMPARE(contentOf(folder + u"/0_x_y.2 é.grw"_s).size(), 8 + 23);
     }
@@ -192,8 +197,8 @@ private Q_SLOTS:
 
     void aSmallFileIsReadBack() {
         Fixture f;
-        f.curve->loadFromFile(fileWith(header(90, 3) + record(1, 2.0, 370.0, 1, 1) + record(97, -2.0, -10.0, 0, 0) +
-                                       record(193, 5.5, 45.0, 7, '\x80')),
+        f.curve->loadFromFile(fileWith(header(90, 3) + record(1, 2.0, 370.0, 1, 1) +
+                                       record(97, -2.0, -10.0, 0, 0) + record(193, 5.5, 45.0, 7, '\x80')),
                               false);
         const CurvePointStore::View all = f.curve->points();
         QCOMPARE(all.size(), std::size_t{3});
@@ -215,8 +220,8 @@ private Q_SLOTS:
 
     void aNegativeRawAngleReadsBackWithAnAngleOfOneTurn() {
         Fixture f;
-        f.curve->loadFromFile(fileWith(header(90, 2) + record(1, 0.0, -10.0, 1, 1) + record(2, 0.0, -730.0, 1, 1)),
-                              false);
+        f.curve->loadFromFile(
+            fileWith(header(90, 2) + record(1, 0.0, -10.0, 1, 1) + record(2, 0.0, -730.0, 1, 1)), false);
         QCOMPARE(f.curve->points()[0].rawAngle, -10.0);
         QCOMPARE(f.curve->points()[0].angle, 350.0);
         QCOMPARE(f.curve->points()[1].angle, 350.0);
@@ -266,9 +271,9 @@ private Q_SLOTS:
 
     void nothingChecksThatTimeRises() {
         Fixture f;
-        f.curve->loadFromFile(
-            fileWith(header(90, 3) + record(9, 1.0, 0.0, 1, 1) + record(9, 2.0, 0.0, 1, 1) + record(3, 3.0, 0.0, 1, 1)),
-            false);
+        f.curve->loadFromFile(fileWith(header(90, 3) + record(9, 1.0, 0.0, 1, 1) + record(9, 2.0, 0.0, 1, 1) +
+                                       record(3, 3.0, 0.0, 1, 1)),
+                              false);
         QCOMPARE(f.curve->points().size(), std::size_t{3});
         for (int time = -3; time < 12; ++time) {
             QVERIFY(f.curve->findFirstIndex(time) < 3);
@@ -284,8 +289,9 @@ private Q_SLOTS:
             double time = 0.0;
             const int count = random.bounded(400);
             for (int i = 0; i < count; ++i) {
-                written.push_back(point(time, random.generateDouble() * 1e6 - 5e5, random.generateDouble() * 1e5 - 5e4,
-                                        int(random.bounded(3)), random.bounded(2) == 1));
+                written.push_back(point(time, random.generateDouble() * 1e6 - 5e5,
+                                        random.generateDouble() * 1e5 - 5e4, int(random.bounded(3)),
+                                        random.bounded(2) == 1));
                 f.store.append(written.back());
                 time += 1.0 + random.bounded(5000);
             }
@@ -362,7 +368,8 @@ private Q_SLOTS:
 
     void aSmallerCountThanTheFileHoldsIsTaken() {
         Fixture f;
-        f.curve->loadFromFile(fileWith(header(90, 1) + record(1, 1.0, 1.0, 0, 1) + record(2, 2.0, 2.0, 0, 1)), false);
+        f.curve->loadFromFile(fileWith(header(90, 1) + record(1, 1.0, 1.0, 0, 1) + record(2, 2.0, 2.0, 0, 1)),
+                              false);
         QCOMPARE(f.curve->points().size(), std::size_t{1});
     }
 
@@ -377,7 +384,8 @@ private Q_SLOTS:
         QFETCH(int, count);
         Fixture f;
         f.curve->loadFromFile(
-            fileWith(header(90, count) + record(1, 1.0, 1.0, 0, 1) + record(2, 2.0, 2.0, 0, 1) + "rest"), false);
+            fileWith(header(90, count) + record(1, 1.0, 1.0, 0, 1) + record(2, 2.0, 2.0, 0, 1) + "rest"),
+            false);
         QCOMPARE(f.curve->points().size(), std::size_t{2});
         QCOMPARE(f.curve->points()[1].position, 2.0);
         f.curve->loadFromFile(fileWith(header(90, count)), false);
@@ -400,8 +408,9 @@ private Q_SLOTS:
         Fixture f;
         const double none = std::numeric_limits<double>::quiet_NaN();
         const double endless = std::numeric_limits<double>::infinity();
-        f.curve->loadFromFile(fileWith(header(90, 2) + record(1, none, none, 1, 1) + record(2, endless, -endless, 1, 1)),
-                              false);
+        f.curve->loadFromFile(
+            fileWith(header(90, 2) + record(1, none, none, 1, 1) + record(2, endless, -endless, 1, 1)),
+            false);
         const CurvePointStore::View all = f.curve->points();
         QCOMPARE(all.size(), std::size_t{2});
         QCOMPARE(all[0].angle, 0.0);

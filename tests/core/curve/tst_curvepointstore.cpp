@@ -110,8 +110,9 @@ private Q_SLOTS:
         const CurvePointStore::View view = store.view();
         QCOMPARE(view.size(), std::size_t{firstBlock + blockPoints + 10});
         QCOMPARE(&view[0], first);
-        for (const std::uint32_t i : {0U, 1U, firstBlock - 1, firstBlock, firstBlock + 1, firstBlock + blockPoints - 1,
-                                      firstBlock + blockPoints, firstBlock + blockPoints + 9}) {
+        for (const std::uint32_t i :
+             {0U, 1U, firstBlock - 1, firstBlock, firstBlock + 1, firstBlock + blockPoints - 1,
+              firstBlock + blockPoints, firstBlock + blockPoints + 9}) {
             QVERIFY(isWhole(view[i]));
             QCOMPARE(view[i].time, double(i));
         }

@@ -173,9 +173,10 @@ private Q_SLOTS:
                 time += 1.0 + random.bounded(random.bounded(4) == 0 ? 500 : 4);
             }
             for (int ask = 0; ask < 60; ++ask) {
-                const int wanted = ask < 30 && !times.empty()
-                                       ? int(times[std::size_t(random.bounded(int(times.size())))]) + ask % 3 - 1
-                                       : random.bounded(-20, int(time) > 1 ? int(time) + 20 : 30);
+                const int wanted =
+                    ask < 30 && !times.empty()
+                        ? int(times[std::size_t(random.bounded(int(times.size())))]) + ask % 3 - 1
+                        : random.bounded(-20, int(time) > 1 ? int(time) + 20 : 30);
                 QCOMPARE(f.curve->findFirstIndex(wanted), plainFirst(times, wanted));
                 QCOMPARE(f.curve->findLastIndex(wanted), plainLast(times, wanted));
                 if (!times.empty()) {

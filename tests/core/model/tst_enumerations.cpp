@@ -32,7 +32,8 @@ template <typename Enum> QByteArray keysOf() {
         if (meta.value(i) != i || enumText(static_cast<Enum>(i)) != QString::fromLatin1(meta.key(i)) ||
             enumValue(QString::fromLatin1(meta.key(i)), static_cast<Enum>(i == 0 ? 1 : 0)) !=
                 static_cast<Enum>(i)) {
-            return QByteArray("key ") + meta.key(i) + " has a value that isn't its place, or doesn't come back";
+            return QByteArray("key ") + meta.key(i) +
+                   " has a value that isn't its place, or doesn't come back";
         }
         keys += (i == 0 ? "" : " ") + QByteArray(meta.key(i));
     }
@@ -57,7 +58,8 @@ private Q_SLOTS:
         row("crossfader", keysOf<ModelCrossFader::EnumCrossFader>(), "RIGHT LEFT MIDDLE");
         row("error", keysOf<ModelError::EnumError>(), "INFO DEBUG WARNING");
         row("graph", keysOf<ModelGraph::EnumGraph>(),
-            "GRID GRID_FIRST_METRONOM CURRENT INPUT_DECKA INPUT_DECKB WAV_DIRECT INPUT_1 INPUT_2 INPUT_MASTER "
+            "GRID GRID_FIRST_METRONOM CURRENT INPUT_DECKA INPUT_DECKB WAV_DIRECT INPUT_1 INPUT_2 "
+            "INPUT_MASTER "
             "OUTPUT_MASTER OUTPUT_DECKA OUTPUT_DECKB AXE LABEL TAG TAG_NUMBER NOT_USED");
         row("item group", keysOf<ModelItem::EnumGroup>(), "controls pages page");
         row("item", keysOf<ModelItem::EnumItem>(), "button wheel knob led pedal footswitch touchstrip");
@@ -82,9 +84,11 @@ private Q_SLOTS:
     }
 
     void aClassHoldsOneEnumerationAndModelItemThree() {
-        QCOMPARE(ModelItem::staticMetaObject.enumeratorCount() - ModelItem::staticMetaObject.enumeratorOffset(), 3);
-        for (const QMetaObject* meta :
-             {&ModelActivatedMode::staticMetaObject, &ModelGraph::staticMetaObject, &ModelTimecode::staticMetaObject}) {
+        QCOMPARE(ModelItem::staticMetaObject.enumeratorCount() -
+                     ModelItem::staticMetaObject.enumeratorOffset(),
+                 3);
+        for (const QMetaObject* meta : {&ModelActivatedMode::staticMetaObject, &ModelGraph::staticMetaObject,
+                                        &ModelTimecode::staticMetaObject}) {
             QCOMPARE(meta->enumeratorCount() - meta->enumeratorOffset(), 1);
         }
     }

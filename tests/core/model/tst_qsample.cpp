@@ -101,10 +101,15 @@ private Q_SLOTS:
     }
 
     void theRateInTheFileNameHasSixDigits() {
-        QVERIFY(QSample(ModelGraph::INPUT_DECKA, 0, u"x"_s, 44100.26, 2, 0).fileName().endsWith(u"_44100.3.wav"_s));
-        QVERIFY(QSample(ModelGraph::INPUT_DECKA, 0, u"x"_s, 192000.0, 2, 0).fileName().endsWith(u"_192000.wav"_s));
-        QVERIFY(
-            QSample(ModelGraph::INPUT_DECKA, 0, u"x"_s, 2822400.0, 2, 0).fileName().endsWith(u"_2.8224e+06.wav"_s));
+        QVERIFY(QSample(ModelGraph::INPUT_DECKA, 0, u"x"_s, 44100.26, 2, 0)
+                    .fileName()
+                    .endsWith(u"_44100.3.wav"_s));
+        QVERIFY(QSample(ModelGraph::INPUT_DECKA, 0, u"x"_s, 192000.0, 2, 0)
+                    .fileName()
+                    .endsWith(u"_192000.wav"_s));
+        QVERIFY(QSample(ModelGraph::INPUT_DECKA, 0, u"x"_s, 2822400.0, 2, 0)
+                    .fileName()
+                    .endsWith(u"_2.8224e+06.wav"_s));
     }
 
     void theFileNameIsMadeAtTheFirstRequestAndKept() {

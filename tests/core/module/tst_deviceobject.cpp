@@ -1,5 +1,5 @@
-#include "module/deviceobject.h"
 #include "model/qsample.h"
+#include "module/deviceobject.h"
 #include "state/mode.h"
 #include "state/performance.h"
 #include "state/setting.h"
@@ -14,8 +14,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-Singleton& shared() { return Singleton::instance(); }
-FakePortAudio& library() { return FakePortAudio::instance(); }
+Singleton& shared() {
+    return Singleton::instance();
+}
+FakePortAudio& library() {
+    return FakePortAudio::instance();
+}
 
 QString roleOf(ModelGraph::EnumGraph name) {
     return name == ModelGraph::INPUT_DECKA    ? u"A"_s
@@ -95,8 +99,9 @@ private Q_SLOTS:
                 signals_ << QString::fromLatin1(meta.method(i).name());
             }
         }
-        QCOMPARE(signals_, QStringList({u"s_SampleInputMultiChannel_All"_s, u"s_SampleInputMultiChannel_DeckB"_s,
-                                        u"s_SampleInputMultiChannel_Master"_s, u"s_SampleOutputPlayBack"_s}));
+        QCOMPARE(signals_,
+                 QStringList({u"s_SampleInputMultiChannel_All"_s, u"s_SampleInputMultiChannel_DeckB"_s,
+                              u"s_SampleInputMultiChannel_Master"_s, u"s_SampleOutputPlayBack"_s}));
     }
 
     void theStoredDevicesAreTakenAndEachDeckIsAnnounced() {
@@ -152,15 +157,15 @@ private Q_SLOTS:
         QTest::newRow("nothing") << none << none << none << true << QStringList{};
         QTest::newRow("all on one card, recording")
             << entry(0, 0) << entry(0, 1) << entry(0, 2) << true << QStringList{u"All:A:MAB"_s};
-        QTest::newRow("all on one card, not recording")
-            << entry(0, 0) << entry(0, 1) << entry(0, 2) << false
-            << QStringList{u"All:A:-AB"_s, u"Master:M:M--"_s};
-        QTest::newRow("two cards, master with deck B")
-            << entry(1, 0) << entry(2, 0) << entry(2, 1) << true << QStringList{u"All:A:-A-"_s, u"DeckB:B:M-B"_s};
+        QTest::newRow("all on one card, not recording") << entry(0, 0) << entry(0, 1) << entry(0, 2) << false
+                                                        << QStringList{u"All:A:-AB"_s, u"Master:M:M--"_s};
+        QTest::newRow("two cards, master with deck B") << entry(1, 0) << entry(2, 0) << entry(2, 1) << true
+                                                       << QStringList{u"All:A:-A-"_s, u"DeckB:B:M-B"_s};
         QTest::newRow("three cards") << entry(1, 0) << entry(2, 0) << entry(0, 1) << true
                                      << QStringList{u"All:A:-A-"_s, u"DeckB:B:--B"_s, u"Master:M:M--"_s};
         QTest::newRow("deck B alone") << none << entry(2, 0) << none << false << QStringList{u"All:B:--B"_s};
-        QTest::newRow("master alone") << none << none << entry(2, 0) << false << QStringList{u"Master:M:M--"_s};
+        QTest::newRow("master alone")
+            << none << none << entry(2, 0) << false << QStringList{u"Master:M:M--"_s};
     }
     void theSessionOpensWhatTheTableSays() {
         QFETCH(QString, a);

@@ -15,8 +15,12 @@ namespace {
 constexpr auto deckA = ModelGraph::INPUT_DECKA;
 constexpr auto deckB = ModelGraph::INPUT_DECKB;
 
-Time& clock_() { return *Singleton::instance().time(); }
-Mode& mode() { return *Singleton::instance().mode(); }
+Time& clock_() {
+    return *Singleton::instance().time();
+}
+Mode& mode() {
+    return *Singleton::instance().mode();
+}
 
 std::vector<std::int16_t> valuesOf(const ManageWAV& take) {
     std::vector<std::int16_t> values;
@@ -32,8 +36,7 @@ struct NumberedBuffer {
     std::unique_ptr<std::int16_t[]> samples;
     std::size_t frames;
     NumberedBuffer(std::size_t frameCount, std::size_t channels)
-        : samples(new std::int16_t[frameCount * channels])
-        , frames(frameCount) {
+        : samples(new std::int16_t[frameCount * channels]), frames(frameCount) {
         for (std::size_t i = 0; i < frameCount * channels; ++i) {
             samples[i] = static_cast<std::int16_t>(i + 1);
         }
@@ -70,7 +73,8 @@ private Q_SLOTS:
         QCOMPARE(clock_().cursor(deckA), 77.0);
         QVERIFY(!decks.state.started);
         QVERIFY(decks.state.deckA.restartRequested);
-        QCOMPARE(decks.takeA.samples().size() + decks.takeB.samples().size() + decks.takeMaster.samples().size(),
+        QCOMPARE(decks.takeA.samples().size() + decks.takeB.samples().size() +
+                     decks.takeMaster.samples().size(),
                  std::size_t{0});
         QVERIFY(decks.pointsA.view().empty());
         QCOMPARE(decks.state.buffers.load(), std::uint64_t{1}); // but the stream is seen to live

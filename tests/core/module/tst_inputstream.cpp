@@ -10,7 +10,9 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-FakePortAudio& library() { return FakePortAudio::instance(); }
+FakePortAudio& library() {
+    return FakePortAudio::instance();
+}
 QSample card(int index, int channels = 4) {
     return QSample(ModelGraph::INPUT_DECKA, index, u"card"_s, 44100.0, channels, 0);
 }

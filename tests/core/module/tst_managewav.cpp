@@ -15,7 +15,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-std::int16_t value(std::size_t i) { return static_cast<std::int16_t>(scatter(12, i)); }
+std::int16_t value(std::size_t i) {
+    return static_cast<std::int16_t>(scatter(12, i));
+}
 
 void append(ManageWAV& take, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
@@ -120,7 +122,8 @@ private Q_SLOTS:
     void anyFileNameIsTakenAsItIs() {
         ManageWAV take;
         append(take, 8);
-        const QString name = m_folder.filePath(u"3_20240131-235959,999_Entrée ターン (hw:0,0)_2p0_44100.wav"_s);
+        const QString name =
+            m_folder.filePath(u"3_20240131-235959,999_Entrée ターン (hw:0,0)_2p0_44100.wav"_s);
         QVERIFY(take.write(name, source));
         QVERIFY(QFile::exists(name));
     }

@@ -31,7 +31,9 @@ namespace {
 constexpr auto deckA = ModelGraph::INPUT_DECKA;
 constexpr auto deckB = ModelGraph::INPUT_DECKB;
 
-Singleton& shared() { return Singleton::instance(); }
+Singleton& shared() {
+    return Singleton::instance();
+}
 
 TimecodeDefinition& rowOf(const QString& name) {
     static TimecodeDefinitionList list = createTimecodeDefinitions();
@@ -51,8 +53,8 @@ struct Surroundings {
 
 class PlainDeck {
 public:
-    PlainDeck(ModelGraph::EnumGraph deck, const QString& timecode, double rate, double outputRate, double buffer,
-              double vinylDelta)
+    PlainDeck(ModelGraph::EnumGraph deck, const QString& timecode, double rate, double outputRate,
+              double buffer, double vinylDelta)
         : isDeckA(deck == deckA)
         , def(rowOf(timecode))
         , codeScale(timecode.startsWith(u"traktor"_s) ? 2.0 : 1.0)
@@ -233,9 +235,7 @@ struct Deck {
     AudioNotifier notifier;
     ReceiveTimecodeDVSObject decoder;
 
-    explicit Deck(ModelGraph::EnumGraph deck = deckA)
-        : name(deck)
-        , decoder(deck, ring, points) {
+    explicit Deck(ModelGraph::EnumGraph deck = deckA) : name(deck), decoder(deck, ring, points) {
         shared().time()->clearFrameCounter(deck);
     }
     void frame(StereoFrame f) {
@@ -302,7 +302,8 @@ private Q_SLOTS:
         QTest::addColumn<double>("buffer");
         const auto row = [](const char* name, const char* timecode, MotionPattern pattern, double rate,
                             double outputRate, double buffer) {
-            QTest::newRow(name) << QString::fromLatin1(timecode) << int(pattern) << rate << outputRate << buffer;
+            QTest::newRow(name) << QString::fromLatin1(timecode) << int(pattern) << rate << outputRate
+                                << buffer;
         };
         row("generic, walk", "generic_V2", MotionPattern::Walk, 48000, 48000, 64);
         row("serato A, walk", "serato_sideA_FullDVS", MotionPattern::Walk, 48000, 44100, 64);
@@ -331,10 +332,9 @@ private Q_SLOTS:
             RecordOptions options;
             options.noisePercent = 0.5;
             options.dustPerSecond = 3.0;
-            const SyntheticRecord record(rowOf(timecode), rate,
-                                         Motion(static_cast<MotionPattern>(pattern), 92.0, 40.0,
-                                                name == deckA ? 3 : 4),
-                                         options);
+            const SyntheticRecord record(
+                rowOf(timecode), rate,
+                Motion(static_cast<MotionPattern>(pattern), 92.0, 40.0, name == deckA ? 3 : 4), options);
             const auto frames = static_cast<std::uint64_t>(seconds * rate);
             Mode& mode = *shared().mode();
             for (std::uint64_t i = 0; i < frames; ++i) {
@@ -595,7 +595,8 @@ private Q_SLOTS:
             }
             const CurvePoint& point = deck.points.view().back();
             const bool on = shared().timecode()->isTimecodeOn(deckA);
-            QCOMPARE(point.rawAngle, deck.decoder.state().degreesPerCode * point.position - (on ? 30.0 : 0.0));
+            QCOMPARE(point.rawAngle,
+                     deck.decoder.state().degreesPerCode * point.position - (on ? 30.0 : 0.0));
             ++seen[on ? 1 : 0];
         }
         QVERIFY(seen[0] > 0 && seen[1] > 0);
@@ -659,7 +660,8 @@ private Q_SLOTS:
             Deck deck;
             deck.decoder.initialise();
             deck.decoder.updateBPM();
-            deck.play(SyntheticRecord(rowOf(u"serato_sideA_FullDVS"_s), 48000.0, Motion::constant(speed)), 0, 20000);
+            deck.play(SyntheticRecord(rowOf(u"serato_sideA_FullDVS"_s), 48000.0, Motion::constant(speed)), 0,
+                      20000);
             QCOMPARE(deck.points.view().back().direction, speed > 0 ? 0 : 1);
             QCOMPARE(deck.points.view().back().position > 0, speed > 0);
             QVERIFY(deck.points.view().back().angle >= 0.0 && deck.points.view().back().angle < 360.0);
@@ -744,10 +746,11 @@ private Q_SLOTS:
         int fromFed = 0;
         int fromIdle = 0;
         size_t capacity = 0;
-        connect(&fed, &ReceiveTimecodeDVSObject::s_ringBufferLatencyMs, this, [&](double, size_t, size_t slots_) {
-            ++fromFed;
-            capacity = slots_;
-        });
+        connect(&fed, &ReceiveTimecodeDVSObject::s_ringBufferLatencyMs, this,
+                [&](double, size_t, size_t slots_) {
+                    ++fromFed;
+                    capacity = slots_;
+                });
         connect(&idle, &ReceiveTimecodeDVSObject::s_ringBufferLatencyMs, this, [&] { ++fromIdle; });
         fed.setFed(true);
         QTRY_VERIFY(fromFed >= 2);

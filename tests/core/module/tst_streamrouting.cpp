@@ -49,7 +49,9 @@ const std::vector<Row> table{
 QByteArray textOf(const std::vector<StreamRoute>& routes) {
     QByteArray text;
     for (const StreamRoute& route : routes) {
-        text += route.worker == StreamRoute::All ? "All:" : route.worker == StreamRoute::DeckB ? "DeckB:" : "Master:";
+        text += route.worker == StreamRoute::All     ? "All:"
+                : route.worker == StreamRoute::DeckB ? "DeckB:"
+                                                     : "Master:";
         text += route.role == ModelGraph::INPUT_DECKA    ? "A:"
                 : route.role == ModelGraph::INPUT_DECKB  ? "B:"
                 : route.role == ModelGraph::INPUT_MASTER ? "M:"

@@ -7,7 +7,9 @@ namespace {
 
 constexpr std::size_t block = TakeStore::blockSamples;
 
-std::int16_t value(std::size_t i) { return static_cast<std::int16_t>(scatter(11, i)); }
+std::int16_t value(std::size_t i) {
+    return static_cast<std::int16_t>(scatter(11, i));
+}
 
 void append(TakeStore& store, std::size_t from, std::size_t to) {
     for (std::size_t i = from; i < to; ++i) {

@@ -1,4 +1,5 @@
-// The tracking filter against a second one, written here one step a line. Every number has to agree bit by bit.
+// The tracking filter against a second one, written here one step a line. Every number has to agree bit by
+// bit.
 
 #include "module/trackingfilter.h"
 #include "motion.h"
@@ -86,15 +87,20 @@ struct PlainFilter {
     }
 };
 
-bool same(double a, double b) { return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b); }
-
-bool agree(const TrackingFilter& filter, const TrackingFilter::Estimate& estimate, const PlainFilter& plain) {
-    return same(estimate.x, plain.newX) && same(estimate.v, plain.newV) && same(filter.trackedX, plain.trackedX) &&
-           same(filter.predictedSpeed, plain.predictedSpeed) && same(filter.acceleration, plain.acceleration) &&
-           same(filter.lastSpeed, plain.lastSpeed) && filter.fastTracking == plain.fastTracking;
+bool same(double a, double b) {
+    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
 }
 
-double random(std::uint64_t seed, std::uint64_t i, double reach) { return (2.0 * scatterUnit(seed, i) - 1.0) * reach; }
+bool agree(const TrackingFilter& filter, const TrackingFilter::Estimate& estimate, const PlainFilter& plain) {
+    return same(estimate.x, plain.newX) && same(estimate.v, plain.newV) &&
+           same(filter.trackedX, plain.trackedX) && same(filter.predictedSpeed, plain.predictedSpeed) &&
+           same(filter.acceleration, plain.acceleration) && same(filter.lastSpeed, plain.lastSpeed) &&
+           filter.fastTracking == plain.fastTracking;
+}
+
+double random(std::uint64_t seed, std::uint64_t i, double reach) {
+    return (2.0 * scatterUnit(seed, i) - 1.0) * reach;
+}
 
 } // namespace
 

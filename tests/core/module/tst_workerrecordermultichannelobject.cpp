@@ -27,9 +27,15 @@ constexpr auto deckB = ModelGraph::INPUT_DECKB;
 constexpr auto master = ModelGraph::INPUT_MASTER;
 using Recorder = WorkerRecorderMultiChannelObject;
 
-Singleton& shared() { return Singleton::instance(); }
-FakePortAudio& library() { return FakePortAudio::instance(); }
-FakeStream& lastStream() { return *library().streams.back(); }
+Singleton& shared() {
+    return Singleton::instance();
+}
+FakePortAudio& library() {
+    return FakePortAudio::instance();
+}
+FakeStream& lastStream() {
+    return *library().streams.back();
+}
 
 // Samples of one card of six channels.
 struct Card {
@@ -59,7 +65,9 @@ void feed(std::size_t frames) {
     lastStream().call(samples.data(), frames);
 }
 
-QStringList filesIn(const QString& folder) { return QDir(folder).entryList(QDir::Files, QDir::Name); }
+QStringList filesIn(const QString& folder) {
+    return QDir(folder).entryList(QDir::Files, QDir::Name);
+}
 
 } // namespace
 
@@ -109,7 +117,8 @@ private Q_SLOTS:
         QSample a(deckA, 0, u"one"_s, 44100.0, 2, 0);
         QSample b(deckB, 1, u"two"_s, 48000.0, 4, 1);
         QSample m(master, 2, u"three"_s, 96000.0, 6, 2);
-        library().devices = {{"one", 44100.0, 2, 0, 0}, {"two", 48000.0, 4, 0, 0}, {"three", 96000.0, 6, 0, 0}};
+        library().devices = {
+            {"one", 44100.0, 2, 0, 0}, {"two", 48000.0, 4, 0, 0}, {"three", 96000.0, 6, 0, 0}};
         Rig rig;
         struct Expected {
             ModelGraph::EnumGraph name;

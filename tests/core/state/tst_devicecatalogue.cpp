@@ -1,5 +1,5 @@
-#include "state/devicecatalogue.h"
 #include "model/objectaudiodevice.h"
+#include "state/devicecatalogue.h"
 #include "state/portaudiosession.h"
 #include "state/settingmixer.h"
 #include "support/fakeportaudio.h"
@@ -15,7 +15,8 @@ namespace {
 constexpr auto input = ModelAudioDeviceInfo::AUDIO_INPUT;
 constexpr auto output = ModelAudioDeviceInfo::AUDIO_OUTPUT;
 
-DeviceDescription device(const QString& name, int inputs, int outputs, int hostApi = 8, double rate = 48000.0) {
+DeviceDescription device(const QString& name, int inputs, int outputs, int hostApi = 8,
+                         double rate = 48000.0) {
     return {name, rate, inputs, outputs, hostApi};
 }
 
@@ -62,16 +63,17 @@ private Q_SLOTS:
     }
 
     void aSixChannelInputGivesSixPairIndices() {
-        QCOMPARE(strings({device(u"x"_s, 6, 0)}, input),
-                 QStringList({QString(), u"----- ALSA -----"_s, u"0-[x]-48000/6p0-ALSA-"_s, u"0-[x]-48000/6p1-ALSA-"_s,
-                              u"0-[x]-48000/6p2-ALSA-"_s, u"0-[x]-48000/6p3-ALSA-"_s, u"0-[x]-48000/6p4-ALSA-"_s,
-                              u"0-[x]-48000/6p5-ALSA-"_s}));
+        QCOMPARE(
+            strings({device(u"x"_s, 6, 0)}, input),
+            QStringList({QString(), u"----- ALSA -----"_s, u"0-[x]-48000/6p0-ALSA-"_s,
+                         u"0-[x]-48000/6p1-ALSA-"_s, u"0-[x]-48000/6p2-ALSA-"_s, u"0-[x]-48000/6p3-ALSA-"_s,
+                         u"0-[x]-48000/6p4-ALSA-"_s, u"0-[x]-48000/6p5-ALSA-"_s}));
     }
 
     void aSixChannelOutputGivesTheEvenChannelNumbers() {
         QCOMPARE(strings({device(u"x"_s, 0, 6)}, output),
-                 QStringList({QString(), u"----- ALSA -----"_s, u"0-[x]-48000/6p0-ALSA-"_s, u"0-[x]-48000/6p2-ALSA-"_s,
-                              u"0-[x]-48000/6p4-ALSA-"_s}));
+                 QStringList({QString(), u"----- ALSA -----"_s, u"0-[x]-48000/6p0-ALSA-"_s,
+                              u"0-[x]-48000/6p2-ALSA-"_s, u"0-[x]-48000/6p4-ALSA-"_s}));
     }
 
     void anOddCountOfChannelsIsRunThroughToItsEnd() {
@@ -95,19 +97,21 @@ private Q_SLOTS:
     }
 
     void eachHostApiGetsOneHeading() {
-        const QStringList list = strings({device(u"a"_s, 2, 0, 0), device(u"b"_s, 2, 0, 0), device(u"c"_s, 2, 0, 1),
-                                          device(u"d"_s, 1, 0, 2), device(u"e"_s, 2, 0, 1)},
-                                         input);
-        QCOMPARE(list, QStringList({QString(), u"----- InDevelopment -----"_s, u"0-[a]-48000/2p0-InDevelopment-"_s,
-                                    u"1-[b]-48000/2p0-InDevelopment-"_s, u"----- DirectSound -----"_s,
-                                    u"2-[c]-48000/2p0-DirectSound-"_s, u"4-[e]-48000/2p0-DirectSound-"_s}));
+        const QStringList list =
+            strings({device(u"a"_s, 2, 0, 0), device(u"b"_s, 2, 0, 0), device(u"c"_s, 2, 0, 1),
+                     device(u"d"_s, 1, 0, 2), device(u"e"_s, 2, 0, 1)},
+                    input);
+        QCOMPARE(list,
+                 QStringList({QString(), u"----- InDevelopment -----"_s, u"0-[a]-48000/2p0-InDevelopment-"_s,
+                              u"1-[b]-48000/2p0-InDevelopment-"_s, u"----- DirectSound -----"_s,
+                              u"2-[c]-48000/2p0-DirectSound-"_s, u"4-[e]-48000/2p0-DirectSound-"_s}));
     }
 
     void theHostApiTextsAreIndexedByTheRunningIndex() {
-        const QStringList texts{u"InDevelopment"_s, u"DirectSound"_s, u"MME"_s,  u"ASIO"_s, u"SoundManager"_s,
-                                u"CoreAudio"_s,     u"N/A"_s,         u"OSS"_s,  u"ALSA"_s, u"AL"_s,
-                                u"BeOS"_s,          u"WDMKS"_s,       u"JACK"_s, u"WASAPI"_s,
-                                u"AudioScienceHPI"_s};
+        const QStringList texts{
+            u"InDevelopment"_s, u"DirectSound"_s, u"MME"_s,  u"ASIO"_s,   u"SoundManager"_s,
+            u"CoreAudio"_s,     u"N/A"_s,         u"OSS"_s,  u"ALSA"_s,   u"AL"_s,
+            u"BeOS"_s,          u"WDMKS"_s,       u"JACK"_s, u"WASAPI"_s, u"AudioScienceHPI"_s};
         for (int i = 0; i < 15; ++i) {
             QCOMPARE(hostApiText(i), texts.at(i));
         }
@@ -122,12 +126,13 @@ private Q_SLOTS:
 
     void theNameStandsAsItIs() {
         const QString name = u"Ligne %4 [é]-ターン/2, (hw:0,0)"_s;
-        QCOMPARE(strings({device(name, 2, 0)}, input).at(2), u"0-[%4]-48000/2p0-ALSA-"_s.replace(u"%4"_s, name));
+        QCOMPARE(strings({device(name, 2, 0)}, input).at(2),
+                 u"0-[%4]-48000/2p0-ALSA-"_s.replace(u"%4"_s, name));
     }
 
     void anEntryComesApartIntoWhatItWasMadeOf() {
-        const QString text = deviceString(3, device(u"Line In (USB Mixer)"_s, 4, 0, 13, 44100.0), 4, 1,
-                                          u"Input DeckB"_s);
+        const QString text =
+            deviceString(3, device(u"Line In (USB Mixer)"_s, 4, 0, 13, 44100.0), 4, 1, u"Input DeckB"_s);
         QCOMPARE(text, u"3-[Line In (USB Mixer)]-44100/4p1-WASAPI-Input DeckB"_s);
         const ObjectAudioDevice parsed(text);
         QCOMPARE(parsed.index(), 3);
@@ -147,14 +152,15 @@ private Q_SLOTS:
 
     void onePairOfAKnownMixerIsLabelledAndTheOthersAreNot() {
         const QStringList list = strings({device(u"USB Mixer"_s, 4, 0)}, input, "[Mixer]\ninputB=1\n");
-        QCOMPARE(list.mid(2), QStringList({u"0-[USB Mixer]-48000/4p0-ALSA-"_s,
-                                           u"0-[USB Mixer]-48000/4p1-ALSA-Input DeckB"_s,
-                                           u"0-[USB Mixer]-48000/4p2-ALSA-"_s, u"0-[USB Mixer]-48000/4p3-ALSA-"_s}));
+        QCOMPARE(
+            list.mid(2),
+            QStringList({u"0-[USB Mixer]-48000/4p0-ALSA-"_s, u"0-[USB Mixer]-48000/4p1-ALSA-Input DeckB"_s,
+                         u"0-[USB Mixer]-48000/4p2-ALSA-"_s, u"0-[USB Mixer]-48000/4p3-ALSA-"_s}));
     }
 
     void everyInputRoleHasItsLabel() {
-        const QStringList list =
-            strings({device(u"Mixer"_s, 6, 0)}, input, "[Mixer]\ninputA=0\ninputB=1\ninputMaster=2\noutputA=3\n");
+        const QStringList list = strings({device(u"Mixer"_s, 6, 0)}, input,
+                                         "[Mixer]\ninputA=0\ninputB=1\ninputMaster=2\noutputA=3\n");
         QVERIFY(list.at(2).endsWith(u"6p0-ALSA-Input DeckA"_s));
         QVERIFY(list.at(3).endsWith(u"6p1-ALSA-Input DeckB"_s));
         QVERIFY(list.at(4).endsWith(u"6p2-ALSA-Master"_s));
@@ -162,8 +168,9 @@ private Q_SLOTS:
     }
 
     void everyOutputRoleHasItsLabel() {
-        const QStringList list = strings({device(u"Mixer"_s, 0, 8)}, output,
-                                         "[Mixer]\noutputA=2\noutputB=4\noutputMaster=0\noutputHeadphone=6\n");
+        const QStringList list =
+            strings({device(u"Mixer"_s, 0, 8)}, output,
+                    "[Mixer]\noutputA=2\noutputB=4\noutputMaster=0\noutputHeadphone=6\n");
         QVERIFY(list.at(2).endsWith(u"8p0-ALSA-Master"_s));
         QVERIFY(list.at(3).endsWith(u"8p2-ALSA-Output DeckA"_s));
         QVERIFY(list.at(4).endsWith(u"8p4-ALSA-Output DeckB"_s));

@@ -57,8 +57,9 @@ private Q_SLOTS:
     }
 
     void deckBsInputIsLookedForWhereDeckAsIsNotOffered() {
-        QCOMPARE(findKnownMixer(*mixer("[Rane]\nname=R\nconfInputA=nowhere\nconfInputB=Input DeckB\n"), inputs),
-                 u"Rane/R"_s);
+        QCOMPARE(
+            findKnownMixer(*mixer("[Rane]\nname=R\nconfInputA=nowhere\nconfInputB=Input DeckB\n"), inputs),
+            u"Rane/R"_s);
         QCOMPARE(findKnownMixer(*mixer("[Rane]\nname=R\nconfInputB=Input DeckB\n"), inputs), u"Rane/R"_s);
     }
 
@@ -81,7 +82,8 @@ private Q_SLOTS:
     }
 
     void blanksAroundTheTextDontMatter() {
-        QCOMPARE(findKnownMixer(*mixer("[Rane]\nname=R\nconfInputA=\"  Input DeckA \"\n"), inputs), u"Rane/R"_s);
+        QCOMPARE(findKnownMixer(*mixer("[Rane]\nname=R\nconfInputA=\"  Input DeckA \"\n"), inputs),
+                 u"Rane/R"_s);
     }
 
     void anEmptyTextHitsTheEmptyEntryAndSoDoesntCount() {
@@ -101,9 +103,10 @@ private Q_SLOTS:
     // ---- applying ----
 
     void everyRoleOfAKnownMixerIsStored() {
-        const auto known = mixer("[Rane]\nname=Rane / Seventy\nconfInputA=Input DeckA\nconfInputB=Input DeckB\n"
-                                 "confInputMaster=4p2\nconfOutputPlayback=6p0\nconfOutputA=6p2\nconfOutputB=6p4\n"
-                                 "confLearnMidi=2/8\nconfOptionCutOffSound=false\n");
+        const auto known =
+            mixer("[Rane]\nname=Rane / Seventy\nconfInputA=Input DeckA\nconfInputB=Input DeckB\n"
+                  "confInputMaster=4p2\nconfOutputPlayback=6p0\nconfOutputA=6p2\nconfOutputB=6p4\n"
+                  "confLearnMidi=2/8\nconfOptionCutOffSound=false\n");
         const auto target = setting();
         applyKnownMixer(u"Rane/Rane / Seventy"_s, *known, inputs, outputs, *target);
         QCOMPARE(target->name(), u"Rane / Seventy"_s);

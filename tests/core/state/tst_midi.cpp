@@ -25,9 +25,9 @@ private Q_SLOTS:
         });
         ObjectMidi reading(2, 8);
         reading.setName(u"XFader"_s);
-        for (const auto& [value, expected] : {std::pair{0, ModelCrossFader::LEFT},
-                                              std::pair{127, ModelCrossFader::RIGHT},
-                                              std::pair{64, ModelCrossFader::MIDDLE}}) {
+        for (const auto& [value, expected] :
+             {std::pair{0, ModelCrossFader::LEFT}, std::pair{127, ModelCrossFader::RIGHT},
+              std::pair{64, ModelCrossFader::MIDDLE}}) {
             reading.setValue(value);
             midi.setObject(reading);
             QCOMPARE(midi.crossFader(), expected);

@@ -54,12 +54,15 @@ public:
     explicit Ear(Mode& mode) {
         connect(&mode, &Mode::s_RunApp, this, [this] { heard << u"RunApp"_s; });
         connect(&mode, &Mode::s_StopApp, this, [this] { heard << u"StopApp"_s; });
-        connect(&mode, &Mode::s_RefreshMenu, this,
-                [this](QUuid id, const QString& tab) { heard << u"RefreshMenu(%1,%2)"_s.arg(id.toString(), tab); });
-        connect(&mode, &Mode::s_RecorderModeStatus, this, [this](bool on) { heard << u"Recorder(%1)"_s.arg(on); });
+        connect(&mode, &Mode::s_RefreshMenu, this, [this](QUuid id, const QString& tab) {
+            heard << u"RefreshMenu(%1,%2)"_s.arg(id.toString(), tab);
+        });
+        connect(&mode, &Mode::s_RecorderModeStatus, this,
+                [this](bool on) { heard << u"Recorder(%1)"_s.arg(on); });
         connect(&mode, &Mode::s_ModeColor_On, this, [this] { heard << u"ColorOn"_s; });
         connect(&mode, &Mode::s_ModeColor_Off, this, [this] { heard << u"ColorOff"_s; });
-        connect(&mode, &Mode::s_ModeGenerateSound, this, [this](bool on) { heard << u"Generate(%1)"_s.arg(on); });
+        connect(&mode, &Mode::s_ModeGenerateSound, this,
+                [this](bool on) { heard << u"Generate(%1)"_s.arg(on); });
         connect(&mode, &Mode::s_ModeDisplayChanged, this, [this] { heard << u"Display"_s; });
     }
     QStringList take() { return std::exchange(heard, {}); }
@@ -110,22 +113,24 @@ private Q_SLOTS:
 
     void theSignalsStandInTheirOrder() {
         QCOMPARE(names(QMetaMethod::Signal),
-                 QByteArray("s_RunApp() s_StopApp() s_RefreshMenu(QUuid,QString) s_RecorderModeStatus(bool) "
-                            "s_ModeColor_On() s_ModeColor_Off() s_ModeGenerateSound(bool) s_ModeDisplayChanged()"));
+                 QByteArray(
+                     "s_RunApp() s_StopApp() s_RefreshMenu(QUuid,QString) s_RecorderModeStatus(bool) "
+                     "s_ModeColor_On() s_ModeColor_Off() s_ModeGenerateSound(bool) s_ModeDisplayChanged()"));
     }
 
     void theSlotsStandInTheirOrder() {
         QCOMPARE(names(QMetaMethod::Slot),
-                 QByteArray("modeAutoresize_off() modeAutoresize_on() modeCurrentTimerAutoresize_off() "
-                            "modeCurrentTimerAutoresize_on() modeColor_off() modeColor_on() "
-                            "modeMenuRefresh(QUuid,QString) modeMenu_off() modeMenu_on() modeMix_off() modeMix_on() "
-                            "modeMetronom_off() modeMetronom_on() modeGenerateSound_off() modeGenerateSound_on() "
-                            "modeRecorder_off() modeRecorder_on() modeReverse_off() modeReverse_on() modeHold_off() "
-                            "modeHold_on() modeRun_off() modeRun_on() modeFullDVS_off() modeFullDVS_on() "
-                            "modeSelectArea_off() modeSelectArea_on() modeTraining_off() modeTraining_on() "
-                            "modeTrainingLock_off() modeTrainingLock_on() modeMenuFocus_off() modeMenuFocus_on() "
-                            "modeGraphicScrollStop_off() modeGraphicScrollStop_on() modeStartSynchronized_off() "
-                            "modeStartSynchronized_on()"));
+                 QByteArray(
+                     "modeAutoresize_off() modeAutoresize_on() modeCurrentTimerAutoresize_off() "
+                     "modeCurrentTimerAutoresize_on() modeColor_off() modeColor_on() "
+                     "modeMenuRefresh(QUuid,QString) modeMenu_off() modeMenu_on() modeMix_off() modeMix_on() "
+                     "modeMetronom_off() modeMetronom_on() modeGenerateSound_off() modeGenerateSound_on() "
+                     "modeRecorder_off() modeRecorder_on() modeReverse_off() modeReverse_on() modeHold_off() "
+                     "modeHold_on() modeRun_off() modeRun_on() modeFullDVS_off() modeFullDVS_on() "
+                     "modeSelectArea_off() modeSelectArea_on() modeTraining_off() modeTraining_on() "
+                     "modeTrainingLock_off() modeTrainingLock_on() modeMenuFocus_off() modeMenuFocus_on() "
+                     "modeGraphicScrollStop_off() modeGraphicScrollStop_on() modeStartSynchronized_off() "
+                     "modeStartSynchronized_on()"));
     }
 
     void aFlagsSlotsSwitchThisFlagAlone_data() { eachFlag(); }

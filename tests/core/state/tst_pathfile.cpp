@@ -25,7 +25,9 @@ QByteArray got(const QString& name) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("missing");
 }
 
-QString clean(const QString& path) { return QDir::cleanPath(path); }
+QString clean(const QString& path) {
+    return QDir::cleanPath(path);
+}
 
 const QString asksForTheDataFolder = u"--data-folder"_s;
 
@@ -65,7 +67,8 @@ private Q_SLOTS:
     }
 
     void noPathContainsABackslash() {
-        for (const auto path : {&pathData, &pathInput, &pathLooper, &pathColor, &pathExport, &pathRecording}) {
+        for (const auto path :
+             {&pathData, &pathInput, &pathLooper, &pathColor, &pathExport, &pathRecording}) {
             QVERIFY(!path(u"x"_s).contains(u'\\'));
         }
     }

@@ -119,7 +119,8 @@ private Q_SLOTS:
 
     void aReplacedSampleIsNotFreed() {
         Performance performance;
-        QSample deckA(ModelGraph::INPUT_DECKA, 1, u"deck A"_s, 44100.0, 2, 0); // on the stack: a free would crash
+        QSample deckA(ModelGraph::INPUT_DECKA, 1, u"deck A"_s, 44100.0, 2,
+                      0); // on the stack: a free would crash
         QSample output(ModelGraph::OUTPUT_MASTER, 1, u"output"_s, 44100.0, 2, 0, 0, 0);
         performance.setSample(ModelGraph::INPUT_DECKA, &deckA, false);
         performance.setSample(ModelGraph::INPUT_DECKA, new QSample(ModelGraph::INPUT_DECKA), false);

@@ -9,7 +9,9 @@
 #include <unistd.h>
 
 namespace {
-int standing() { return FakePortAudio::instance().initialised; }
+int standing() {
+    return FakePortAudio::instance().initialised;
+}
 } // namespace
 
 class tst_PortAudioSession : public QObject {

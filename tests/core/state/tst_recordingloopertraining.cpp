@@ -48,7 +48,8 @@ private Q_SLOTS:
         QVERIFY(subject.url().isEmpty() && subject.trackMain().isEmpty());
         QVERIFY(subject.trackA().isEmpty() && subject.trackB().isEmpty());
         QVERIFY(subject.curveFileA().isEmpty() && subject.curveFileB().isEmpty());
-        QVERIFY(subject.colorFileA().isEmpty() && subject.colorFileB().isEmpty() && subject.fileHash().isEmpty());
+        QVERIFY(subject.colorFileA().isEmpty() && subject.colorFileB().isEmpty() &&
+                subject.fileHash().isEmpty());
         QCOMPARE(subject.bpmValue(), 84.0);
         QCOMPARE(subject.factorSpeed(), 1.0);
         QCOMPARE(subject.bpmEffective(), 84.0);
@@ -92,9 +93,10 @@ private Q_SLOTS:
         QCOMPARE(ear.take(), update);
         s.setColorFileB(u"cb"_s); // also when nothing changes
         QCOMPARE(ear.take(), update);
-        QCOMPARE((QStringList{s.title(), s.author(), s.url(), s.trackMain(), s.trackA(), s.trackB(), s.colorFileA(),
-                              s.colorFileB()}),
-                 QStringList({u"title"_s, u"author"_s, u"url"_s, u"main"_s, u"a"_s, u"b"_s, u"ca"_s, u"cb"_s}));
+        QCOMPARE(
+            (QStringList{s.title(), s.author(), s.url(), s.trackMain(), s.trackA(), s.trackB(),
+                         s.colorFileA(), s.colorFileB()}),
+            QStringList({u"title"_s, u"author"_s, u"url"_s, u"main"_s, u"a"_s, u"b"_s, u"ca"_s, u"cb"_s}));
         QCOMPARE(s.firstMetronome(), 1234.5);
     }
 
@@ -125,7 +127,8 @@ private Q_SLOTS:
     void aFileThatIsNoCurveOpensNone() {
         RecordingLooperTraining s;
         Ear ear(s);
-        for (const QString& path : {u"take.wav"_s, u"take.GRW"_s, u"grw"_s, u"take.grw "_s, u"take.grw.wav"_s}) {
+        for (const QString& path :
+             {u"take.wav"_s, u"take.GRW"_s, u"grw"_s, u"take.grw "_s, u"take.grw.wav"_s}) {
             s.setCurveFileA(path);
             QCOMPARE(ear.take(), QStringList({u"update"_s, u"reset1"_s}));
             QCOMPARE(s.curveFileA(), path);

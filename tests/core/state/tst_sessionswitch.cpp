@@ -1,6 +1,6 @@
-#include "state/sessionswitch.h"
 #include "state/mode.h"
 #include "state/recordingloopertraining.h"
+#include "state/sessionswitch.h"
 #include "state/singleton.h"
 #include "support/datafolder.h"
 
@@ -41,7 +41,8 @@ private Q_SLOTS:
         QVERIFY(m_heard.isEmpty());
         QTRY_VERIFY(mode().modeTraining());
         QCOMPARE(m_heard, QStringList({u"run"_s, u"refresh Tab"_s}));
-        QVERIFY(mode().modeTrainingLock()); // until the end of the count-in, which isn't this class's business
+        QVERIFY(
+            mode().modeTrainingLock()); // until the end of the count-in, which isn't this class's business
     }
 
     void aPressWhileTheSessionIsArmedIsIgnored() {

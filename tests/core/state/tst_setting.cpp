@@ -223,8 +223,10 @@ private Q_SLOTS:
         QCOMPARE(s.outputBuffer(), u"512"_s);
         QCOMPARE(s.displayFrequency(), u"120"_s);
         QVERIFY(!s.optionGenerateCutOffSound() && s.optionHamsterMode() && s.latency() && !s.graphGrid());
-        QVERIFY(!s.graphCurveCrossFaderOff() && s.graphCurveCrossFaderOffInvertColor() && !s.graphCurveNoSound());
-        QVERIFY(!s.graphVinylPosition() && s.graphVinylColorRotation() && !s.graphDirectSound() && !s.graphLogo());
+        QVERIFY(!s.graphCurveCrossFaderOff() && s.graphCurveCrossFaderOffInvertColor() &&
+                !s.graphCurveNoSound());
+        QVERIFY(!s.graphVinylPosition() && s.graphVinylColorRotation() && !s.graphDirectSound() &&
+                !s.graphLogo());
         QCOMPARE(s.graphShiniMode(), 3);
         QCOMPARE(s.language(), u"fr_FR"_s);
         QCOMPARE(s.style(), u"FightBeat"_s);

@@ -113,8 +113,8 @@ private Q_SLOTS:
     }
 
     void theDeviceNamesComeInKeyOrderWithTheirGroups() {
-        QCOMPARE(mixer(mixers)->mixerDeviceNames(),
-                 QStringList({u"DJM 900/DJM 900"_s, u"Rane/Rane Seventy"_s, u"Traktor Audio/Native / Ten"_s}));
+        QCOMPARE(mixer(mixers)->mixerDeviceNames(), QStringList({u"DJM 900/DJM 900"_s, u"Rane/Rane Seventy"_s,
+                                                                 u"Traktor Audio/Native / Ten"_s}));
     }
 
     void withNoFileNothingIsKnown() {

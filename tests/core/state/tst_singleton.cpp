@@ -1,4 +1,3 @@
-#include "state/singleton.h"
 #include "curve/autoresize.h"
 #include "model/qsample.h"
 #include "state/midi.h"
@@ -7,6 +6,7 @@
 #include "state/recordingloopertraining.h"
 #include "state/setting.h"
 #include "state/settingmixer.h"
+#include "state/singleton.h"
 #include "state/time.h"
 #include "state/timecode.h"
 #include "state/vinyl.h"
@@ -25,8 +25,12 @@ constexpr auto deckA = ModelGraph::INPUT_DECKA;
 constexpr auto deckB = ModelGraph::INPUT_DECKB;
 const QString line = u"0-[Line]-44100/2p0-InDevelopment-"_s;
 
-Singleton& shared() { return Singleton::instance(); }
-FakePortAudio& library() { return FakePortAudio::instance(); }
+Singleton& shared() {
+    return Singleton::instance();
+}
+FakePortAudio& library() {
+    return FakePortAudio::instance();
+}
 } // namespace
 
 class tst_Singleton : public QObject {
@@ -51,7 +55,8 @@ private Q_SLOTS:
         Singleton& first = Singleton::instance();
         QCOMPARE(&Singleton::instance(), &first);
         QVERIFY(first.parent() == nullptr);
-        QVERIFY(first.mode() && first.performance() && first.setting() && first.settingMixer() && first.midi());
+        QVERIFY(first.mode() && first.performance() && first.setting() && first.settingMixer() &&
+                first.midi());
         QVERIFY(first.time() && first.timecode() && first.vinyl() && first.pathFile() && first.autoresize());
         QVERIFY(first.recordingLooperTraining());
         QCOMPARE(first.mode(), Singleton::instance().mode());

@@ -1,6 +1,6 @@
-#include "state/storedperformance.h"
 #include "state/performance.h"
 #include "state/setting.h"
+#include "state/storedperformance.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -19,8 +19,7 @@ class tst_StoredPerformance : public QObject {
 
 private Q_SLOTS:
     void theChoices() {
-        QCOMPARE(bufferChoices(),
-                 QStringList({u"64"_s, u"128"_s, u"256"_s, u"512"_s, u"1024"_s, u"2048"_s}));
+        QCOMPARE(bufferChoices(), QStringList({u"64"_s, u"128"_s, u"256"_s, u"512"_s, u"1024"_s, u"2048"_s}));
         QCOMPARE(displayFrequencyChoices(), QStringList({u"30"_s, u"60"_s, u"120"_s}));
     }
 

@@ -54,7 +54,8 @@ private Q_SLOTS:
         Timecode timecode;
         QVERIFY(QMetaObject::invokeMethod(&timecode, "modeTimecode_on", Q_ARG(ModelGraph::EnumGraph, deckA)));
         QVERIFY(timecode.isTimecodeOn(deckA));
-        QVERIFY(QMetaObject::invokeMethod(&timecode, "modeTimecode_off", Q_ARG(ModelGraph::EnumGraph, deckA)));
+        QVERIFY(
+            QMetaObject::invokeMethod(&timecode, "modeTimecode_off", Q_ARG(ModelGraph::EnumGraph, deckA)));
         QVERIFY(!timecode.isTimecodeOn(deckA));
     }
 };

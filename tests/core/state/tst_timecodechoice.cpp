@@ -1,5 +1,5 @@
-#include "state/timecodechoice.h"
 #include "state/mode.h"
+#include "state/timecodechoice.h"
 
 #include <QTest>
 
