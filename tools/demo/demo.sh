@@ -185,6 +185,9 @@ settled() {
     [ ${#ids[@]} -eq 1 ] || return 1
     shape=$(timeout 5 xdotool getwindowgeometry --shell "${ids[0]}" 2>/dev/null | grep -E '^(WIDTH|HEIGHT)=') || return 1
     shape="${ids[0]} "${shape//[!0-9]/ }
+    # Until the main window comes the splash is the only one.
+    read -r _ width height <<<"$shape"
+    [ "$width" -ge 1000 ] || return 1
     [ "$shape" != "$size" ] || {
         window=${ids[0]}
         return 0
@@ -192,9 +195,8 @@ settled() {
     size=$shape
     return 1
 }
-within 60 settled || die "the program's window doesn't show up"
-read -r _ width height <<<"$size"
-[ "$width" -ge 1000 ] || die "the window is only $width by $height"
+width="" height=""
+within 60 settled || die "the program's window doesn't show up, or is only ${width:-0} by ${height:-0}"
 
 # ---- a session, recorded ----
 timeout 5 xdotool windowactivate --sync "$window" 2>/dev/null || true
