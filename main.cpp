@@ -14,7 +14,8 @@ int main(int argc, char* argv[]) {
     QPalette palette;
     palette.setBrush(QPalette::WindowText, QColor(175, 176, 177));
     QApplication::setPalette(palette);
-    QCoreApplication::setApplicationName(QString(Constant::applicationName).arg(Constant::applicationVersion));
+    QCoreApplication::setApplicationName(
+        QString(Constant::applicationName).arg(Constant::applicationVersion));
     QGuiApplication::setWindowIcon(QIcon(pathImage(QStringLiteral("LogoGramoWork.png"))));
     quitOnSystemSignals();
 

@@ -6,6 +6,8 @@
 
 #include "curve/qcurve.h"
 #include "model/constants.h"
+#include "model/enumtext.h"
+#include "model/modelstyle.h"
 #include "state/mode.h"
 #include "state/pathfile.h"
 #include "state/performance.h"
@@ -93,7 +95,9 @@ void QWView::layOut() {
 }
 
 template <typename Action> void QWView::shortcut(const QKeySequence& keys, Action action) {
-    connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
+    auto* key = new QShortcut(keys, this);
+    key->setAutoRepeat(false); // a key held down is one press
+    connect(key, &QShortcut::activated, this, action);
 }
 
 void QWView::makeShortcuts() {
@@ -169,6 +173,9 @@ void QWView::applyStyle(QString filename) {
     QFile file(pathCss(filename + Constant::Extension::css));
     if (file.open(QIODevice::ReadOnly)) {
         setStyleSheet(QString::fromUtf8(file.readAll()));
+    } else if (const QString first = enumText(ModelStyle::Gramoscope);
+               styleSheet().isEmpty() && filename != first) {
+        applyStyle(first); // never without a style
     }
 }
 

@@ -43,7 +43,8 @@ public Q_SLOTS:
     /// The deck's sample rate or the tempo has changed.
     void updateBpmSamplerate(ModelGraph::EnumGraph name);
     void updateAllBpmSamplerate();
-    /// Takes the style sheet of that name. One that can't be read changes nothing.
+    /// Takes the style sheet of that name. One that can't be read changes nothing; at the start the first
+    /// style stands in for it.
     void applyStyle(QString filename);
     /// Shows one graph, or both for every other value than A and B.
     void showInput(ModelInput::EnumInput input);

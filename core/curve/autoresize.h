@@ -7,8 +7,7 @@
 class Autoresize : public QObject {
     Q_OBJECT
 public:
-    explicit Autoresize(QObject* parent = nullptr)
-        : QObject(parent) {}
+    explicit Autoresize(QObject* parent = nullptr) : QObject(parent) {}
 
     double minValue() const { return m_minValue; }
     void setMinValue(double value) { m_minValue = value; }

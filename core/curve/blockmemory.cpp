@@ -18,7 +18,8 @@ namespace BlockMemory {
 #ifdef __linux__
 
 void* make(std::size_t bytes) {
-    void* block = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    void* block =
+        mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     return block == MAP_FAILED ? nullptr : block;
 }
 
@@ -38,9 +39,13 @@ void back(void* from, std::size_t bytes) {
 
 #else
 
-void* make(std::size_t bytes) { return std::calloc(1, bytes); }
+void* make(std::size_t bytes) {
+    return std::calloc(1, bytes);
+}
 
-void release(void* block, std::size_t) { std::free(block); }
+void release(void* block, std::size_t) {
+    std::free(block);
+}
 
 void back(void*, std::size_t) {}
 

@@ -16,7 +16,7 @@
 /// land behind the old ones in memory: a reader that still walks the old ones reads nothing half-written.
 class CurvePointStore {
 public:
-    static constexpr std::size_t firstBlock = 5'000'000;    ///< points; 320 MB of address space
+    static constexpr std::size_t firstBlock = 5'000'000; ///< points; 320 MB of address space
     static constexpr std::size_t blockShift = 20;
     static constexpr std::size_t blockPoints = std::size_t{1} << blockShift; ///< points of a further block
     static constexpr std::size_t maxBlocks = 1024;
@@ -34,9 +34,7 @@ public:
     private:
         friend class CurvePointStore;
         View(const CurvePointStore* store, std::size_t begin, std::size_t end)
-            : m_store(store)
-            , m_begin(begin)
-            , m_end(end) {}
+            : m_store(store), m_begin(begin), m_end(end) {}
         const CurvePointStore* m_store = nullptr;
         std::size_t m_begin = 0;
         std::size_t m_end = 0;

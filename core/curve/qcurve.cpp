@@ -43,16 +43,21 @@ void QCurve::resetCurve() {
     m_lastVisible = 0;
 }
 
-std::size_t QCurve::findFirstIndex(std::int32_t time) const { return firstAtOrAfter(points(), time); }
+std::size_t QCurve::findFirstIndex(std::int32_t time) const {
+    return firstAtOrAfter(points(), time);
+}
 
-std::size_t QCurve::findLastIndex(std::int32_t time) const { return lastBefore(points(), time); }
+std::size_t QCurve::findLastIndex(std::int32_t time) const {
+    return lastBefore(points(), time);
+}
 
 CurvePoint QCurve::pointAt(std::int32_t time) const {
     const CurvePointStore::View all = points();
     return all.empty() ? CurvePoint() : all[lastBefore(all, time)];
 }
 
-void QCurve::minMaxPosition(std::int32_t timeFrom, std::int32_t timeTo, double& min, double& max, bool& found) {
+void QCurve::minMaxPosition(std::int32_t timeFrom, std::int32_t timeTo, double& min, double& max,
+                            bool& found) {
     found = false;
     const CurvePointStore::View all = points();
     if (all.empty()) {

@@ -37,11 +37,12 @@ public:
     /// The last point before `time`; the first point for a time below 1; zeros for an empty curve.
     CurvePoint pointAt(std::int32_t time) const;
     /// Smallest and largest position from the first visible point up to and not including the last, and which
-    /// points these are. `found` is false, and the two stay untouched, where fewer than two points are visible.
+    /// points these are. `found` is false, and the two stay untouched, where fewer than two points are
+    /// visible.
     void minMaxPosition(std::int32_t timeFrom, std::int32_t timeTo, double& min, double& max, bool& found);
 
-    /// Writes "<recording folder>/<baseName>.grw": tempo, count and 23 bytes a point. In silence where the file
-    /// can't be opened.
+    /// Writes "<recording folder>/<baseName>.grw": tempo, count and 23 bytes a point. In silence where the
+    /// file can't be opened.
     void saveToFile(const QString& baseName);
     /// The same to any path. False if it can't be opened or written.
     bool saveToPath(const QString& path) const;

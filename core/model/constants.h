@@ -13,7 +13,7 @@ namespace Audio {
 inline constexpr int STEREO = 2;                   ///< sample pointers a decoder takes, left then right
 inline constexpr double defaultSampleRate = 48000; ///< Hz
 inline constexpr int defaultChannels = 2;
-inline constexpr double secondsPerTurn = 1.8;      ///< 33 1/3 rpm
+inline constexpr double secondsPerTurn = 1.8; ///< 33 1/3 rpm
 } // namespace Audio
 
 namespace File {

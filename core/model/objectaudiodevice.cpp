@@ -4,8 +4,7 @@
 
 #include <QRegularExpression>
 
-ObjectAudioDevice::ObjectAudioDevice(const QString& text)
-    : m_text(text) {
+ObjectAudioDevice::ObjectAudioDevice(const QString& text) : m_text(text) {
     static const QRegularExpression expression{QString(Constant::devicePattern)};
     const QRegularExpressionMatch match = expression.match(text);
     if (!match.hasMatch()) {

@@ -3,9 +3,7 @@
 #include <QTime>
 
 ObjectMidi::ObjectMidi(int channel, int controller, int kind)
-    : m_channel(channel)
-    , m_controller(controller)
-    , m_kind(kind) {
+    : m_channel(channel), m_controller(controller), m_kind(kind) {
     const QTime now = QTime::currentTime();
     m_time = now.isValid() ? now.msecsSinceStartOfDay() : 0;
 }

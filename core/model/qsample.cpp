@@ -2,6 +2,8 @@
 
 #include "uniquestamp.h"
 
+#include <list>
+
 QSample::QSample(ModelGraph::EnumGraph name)
     : QSample(name, -1, QString(), Constant::Audio::defaultSampleRate, Constant::Audio::defaultChannels, 0) {}
 
@@ -37,4 +39,10 @@ const QString& QSample::fileName() {
                               QString::number(m_sampleRate, 'g', 6), QString(Constant::Extension::wav));
     }
     return m_fileName;
+}
+
+QSample* lastingSample(const QSample& sample) {
+    // A list, since its entries never move. It is never taken apart, not even as the process ends.
+    static auto& all = *new std::list<QSample>;
+    return &all.emplace_back(sample);
 }

@@ -19,11 +19,11 @@ public:
             int channelCount, int channelFirst, int channelDeckA, int channelDeckB);
 
     ModelGraph::EnumGraph name() const { return m_name; }
-    int deviceIndex() const { return m_deviceIndex; }             ///< PortAudio's index, -1 for none
+    int deviceIndex() const { return m_deviceIndex; } ///< PortAudio's index, -1 for none
     const QString& deviceName() const { return m_deviceName; }
-    double sampleRate() const { return m_sampleRate; }            ///< Hz
-    int channelCount() const { return m_channelCount; }           ///< channels of the stream
-    int channelFirst() const { return m_channelFirst; }           ///< the number behind "p"
+    double sampleRate() const { return m_sampleRate; }  ///< Hz
+    int channelCount() const { return m_channelCount; } ///< channels of the stream
+    int channelFirst() const { return m_channelFirst; } ///< the number behind "p"
     int channelDeckA() const { return m_channelDeckA; }
     int channelDeckB() const { return m_channelDeckB; }
     double samplesPerMinute() const { return m_samplesPerMinute; }
@@ -52,3 +52,7 @@ private:
     double m_degreesPerSample;
     bool m_isOutput = false;
 };
+
+/// A copy of `sample` that stays for the life of the process: a worker may hold its address for as long. GUI
+/// thread.
+QSample* lastingSample(const QSample& sample);

@@ -8,8 +8,7 @@
 class AudioNotifier : public QObject {
     Q_OBJECT
 public:
-    explicit AudioNotifier(QObject* parent = nullptr)
-        : QObject(parent) {}
+    explicit AudioNotifier(QObject* parent = nullptr) : QObject(parent) {}
 
     /// Asks for audioLevelChanged. Thread-safe: yes. Realtime-safe: yes.
     void request() { m_requested.store(true, std::memory_order_relaxed); }

@@ -10,8 +10,8 @@ inline int wholeMilliseconds(double ms) {
     return ms < limit ? static_cast<int>(std::max(0.0, ms)) : static_cast<int>(limit);
 }
 
-/// When the next beat is due. A timer counts whole milliseconds, a tempo doesn't: each interval is trued up so
-/// that the k-th beat comes within a millisecond of k * 60000 / bpm after the start, however long it runs.
+/// When the next beat is due. A timer counts whole milliseconds, a tempo doesn't: each interval is trued up
+/// so that the k-th beat comes within a millisecond of k * 60000 / bpm after the start, however long it runs.
 class BeatClock {
 public:
     /// Starts at `bpm` beats a minute. Returns the first interval: 60000 / bpm truncated, ms.

@@ -1,8 +1,8 @@
 #pragma once
 
 /// What happens to a decoded code before it reaches a point. After a reset the first code closes the gate
-/// (the stored value, not the fresh one, is tested): it stays closed until the next reset, points carry -1 and
-/// positions are dead-reckoned from the speed alone. Realtime-safe.
+/// (the stored value, not the fresh one, is tested): it stays closed until the next reset, points carry -1
+/// and positions are dead-reckoned from the speed alone. Realtime-safe.
 struct CodeGate {
     static constexpr int runIn = 1000; ///< stored codes up to here close the gate
     static constexpr int jump = 500;   ///< codes further apart than this are a jump of the needle
@@ -13,8 +13,8 @@ struct CodeGate {
 
     /// What the caller has to do.
     struct Result {
-        int code;        ///< after the gate
-        bool newAnchor;  ///< the position restarts from this code
+        int code;       ///< after the gate
+        bool newAnchor; ///< the position restarts from this code
     };
 
     /// For a valid code.

@@ -27,13 +27,13 @@ constexpr int countInFrom = 4;
 constexpr int splashMs = 2000;
 constexpr int beatsOfBar = 4;
 
-double tempo() { return Singleton::instance().recordingLooperTraining()->bpmEffective(); }
+double tempo() {
+    return Singleton::instance().recordingLooperTraining()->bpmEffective();
+}
 
 } // namespace
 
-Connection::Connection()
-    : m_displayTimer(new QTimer(this))
-    , m_metronomTimer(new QTimer(this)) {
+Connection::Connection() : m_displayTimer(new QTimer(this)), m_metronomTimer(new QTimer(this)) {
     actionSplashscreen();
     m_view = new QWView(m_curveDeckA, m_curveSecondaryA, m_curveDeckB, m_curveSecondaryB, this);
     setCentralWidget(m_view);
@@ -130,7 +130,9 @@ void Connection::startTimerBpm() {
     m_metronomTimer->start();
 }
 
-void Connection::stopTimerBpm() { m_metronomTimer->stop(); }
+void Connection::stopTimerBpm() {
+    m_metronomTimer->stop();
+}
 
 void Connection::controller() {
     m_metronomTimer->setInterval(m_beatClock.beat(double(m_sinceFirstBeat.nsecsElapsed()) / 1e6));

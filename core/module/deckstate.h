@@ -38,7 +38,7 @@ struct DeckState {
     double curveStep = 0.0;     ///< frames between two points; may be fractional
     double codeScale = 1.0;     ///< position units a unit of distance: 2.0 at 2000 cycles a second
     double degreesPerCode = 0.0;
-    double outputRate = 0.0;    ///< Hz, of the output device
+    double outputRate = 0.0; ///< Hz, of the output device
 
     // What the status display reads.
     std::atomic<double> latencyMs{0.0};

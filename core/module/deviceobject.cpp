@@ -1,5 +1,6 @@
 #include "deviceobject.h"
 
+#include "model/qsample.h"
 #include "state/mode.h"
 #include "state/pathfile.h"
 #include "state/performance.h"
@@ -9,7 +10,7 @@
 namespace {
 
 QSample* orDefault(QSample* sample, ModelGraph::EnumGraph name) {
-    return sample != nullptr ? sample : new QSample(name);
+    return sample != nullptr ? sample : lastingSample(QSample(name));
 }
 
 int deviceOf(const QSample* sample) {
@@ -21,10 +22,10 @@ int deviceOf(const QSample* sample) {
 void DeviceObject::controllerDevices() {
     Singleton& shared = Singleton::instance();
     Performance& performance = *shared.performance();
-    performance.setSample(ModelGraph::INPUT_DECKA, orDefault(shared.sampleInputDeckA(), ModelGraph::INPUT_DECKA),
-                          true);
-    performance.setSample(ModelGraph::INPUT_DECKB, orDefault(shared.sampleInputDeckB(), ModelGraph::INPUT_DECKB),
-                          true);
+    performance.setSample(ModelGraph::INPUT_DECKA,
+                          orDefault(shared.sampleInputDeckA(), ModelGraph::INPUT_DECKA), true);
+    performance.setSample(ModelGraph::INPUT_DECKB,
+                          orDefault(shared.sampleInputDeckB(), ModelGraph::INPUT_DECKB), true);
     performance.setSampleOutput(orDefault(shared.sampleOutputMaster(), ModelGraph::OUTPUT_MASTER));
 }
 

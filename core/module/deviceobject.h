@@ -11,11 +11,11 @@ class QSample;
 class DeviceObject : public QObject {
     Q_OBJECT
 public:
-    explicit DeviceObject(QObject* parent = nullptr)
-        : QObject(parent) {}
+    explicit DeviceObject(QObject* parent = nullptr) : QObject(parent) {}
 
 Q_SIGNALS:
-    void s_SampleInputMultiChannel_All(ModelGraph::EnumGraph name, QSample* master, QSample* deckA, QSample* deckB);
+    void s_SampleInputMultiChannel_All(ModelGraph::EnumGraph name, QSample* master, QSample* deckA,
+                                       QSample* deckB);
     void s_SampleInputMultiChannel_DeckB(ModelGraph::EnumGraph name, QSample* master, QSample* deckA,
                                          QSample* deckB);
     void s_SampleInputMultiChannel_Master(ModelGraph::EnumGraph name, QSample* master, QSample* deckA,

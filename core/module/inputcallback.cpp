@@ -29,9 +29,9 @@ void restartIfRequested(InputGroup& group) {
 void takeFrame(const InputGroup& group, const Buffer& buffer, std::size_t base, bool recording,
                AudioNotifier& notifier) {
     const std::size_t left = base + group.left;
-    std::int16_t pair[Constant::Audio::STEREO] = {left < buffer.total ? buffer.samples[left] : std::int16_t{0},
-                                                  left + 1 < buffer.total ? buffer.samples[left + 1]
-                                                                          : std::int16_t{0}};
+    std::int16_t pair[Constant::Audio::STEREO] = {
+        left < buffer.total ? buffer.samples[left] : std::int16_t{0},
+        left + 1 < buffer.total ? buffer.samples[left + 1] : std::int16_t{0}};
     if (recording && group.take != nullptr) {
         group.take->append(&pair[0]);
         group.take->append(&pair[1]);

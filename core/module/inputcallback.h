@@ -12,8 +12,8 @@ class ReceiveTimecodeDVSObject;
 /// One input that a stream serves: where its samples lie in a frame and who takes them.
 struct InputGroup {
     bool served = false;
-    std::size_t left = 0; ///< index of the left sample within a frame; the right one is the next
-    ManageWAV* take = nullptr;                   ///< null when the session isn't recorded
+    std::size_t left = 0;      ///< index of the left sample within a frame; the right one is the next
+    ManageWAV* take = nullptr; ///< null when the session isn't recorded
     ReceiveTimecodeDVSObject* decoder = nullptr; ///< null for the master
     std::atomic<bool> restartRequested{false};   ///< set by the GUI, carried out at the next buffer
 };

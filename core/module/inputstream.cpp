@@ -27,14 +27,15 @@ struct Closing {
 
 } // namespace
 
-InputStream::InputStream(std::shared_ptr<InputCallbackState> state)
-    : m_state(std::move(state)) {
+InputStream::InputStream(std::shared_ptr<InputCallbackState> state) : m_state(std::move(state)) {
     PortAudioSession session;
     m_initialised = session.ok();
     session.release(); // ended by close
 }
 
-InputStream::~InputStream() { close(); }
+InputStream::~InputStream() {
+    close();
+}
 
 bool InputStream::open(const QSample& sample, unsigned long framesPerBuffer) {
     if (!m_initialised || sample.deviceName().isEmpty()) {
@@ -51,15 +52,17 @@ bool InputStream::open(const QSample& sample, unsigned long framesPerBuffer) {
     parameters.suggestedLatency = device->defaultLowInputLatency;
     Pa_IsFormatSupported(&parameters, nullptr, sample.sampleRate()); // some drivers want to be asked first
     PaStream* stream = nullptr;
-    if (Pa_OpenStream(&stream, &parameters, nullptr, sample.sampleRate(), framesPerBuffer, paNoFlag, &callback,
-                      m_state.get()) != paNoError) {
+    if (Pa_OpenStream(&stream, &parameters, nullptr, sample.sampleRate(), framesPerBuffer, paNoFlag,
+                      &callback, m_state.get()) != paNoError) {
         return false;
     }
     m_stream = stream;
     return true;
 }
 
-bool InputStream::start() { return m_stream != nullptr && Pa_StartStream(m_stream) == paNoError; }
+bool InputStream::start() {
+    return m_stream != nullptr && Pa_StartStream(m_stream) == paNoError;
+}
 
 bool InputStream::close(std::chrono::milliseconds wait) {
     m_state->open.store(false, std::memory_order_release);

@@ -27,8 +27,8 @@ public:
     bool isOpen() const { return m_stream != nullptr; }
     /// False if the stream can't start.
     bool start();
-    /// Stops and closes the stream and ends PortAudio. With `wait` 0 it returns at once. False if the deadline
-    /// passed first: PortAudio is then blocked until the library comes back.
+    /// Stops and closes the stream and ends PortAudio. With `wait` 0 it returns at once. False if the
+    /// deadline passed first: PortAudio is then blocked until the library comes back.
     bool close(std::chrono::milliseconds wait = closeDeadline);
 
 private:

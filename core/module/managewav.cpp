@@ -17,7 +17,8 @@ bool ManageWAV::write(const QString& fileName, const QSample& sample) const {
     std::vector<std::int16_t> littleEndian;
     written = m_samples.forEachPiece([&](std::span<const std::int16_t> piece) {
         littleEndian.resize(piece.size());
-        qToLittleEndian<std::int16_t>(piece.data(), static_cast<qsizetype>(piece.size()), littleEndian.data());
+        qToLittleEndian<std::int16_t>(piece.data(), static_cast<qsizetype>(piece.size()),
+                                      littleEndian.data());
         const auto bytes = static_cast<qint64>(piece.size_bytes());
         return file.write(reinterpret_cast<const char*>(littleEndian.data()), bytes) == bytes;
     }) && written;

@@ -11,8 +11,7 @@ class QSample;
 class ManageWAV : public QObject {
     Q_OBJECT
 public:
-    explicit ManageWAV(QObject* parent = nullptr)
-        : QObject(parent) {}
+    explicit ManageWAV(QObject* parent = nullptr) : QObject(parent) {}
 
     /// Adds one value. Realtime-safe; the input callback.
     void append(const std::int16_t* sample) { m_samples.append(*sample); }

@@ -56,9 +56,13 @@ void ReceiveTimecodeDVSObject::setFed(bool fed) {
     }
 }
 
-bool ReceiveTimecodeDVSObject::isDeckLive() const { return m_state.points->isLive(); }
+bool ReceiveTimecodeDVSObject::isDeckLive() const {
+    return m_state.points->isLive();
+}
 
-void ReceiveTimecodeDVSObject::prepare() { m_state.points->prepare(); }
+void ReceiveTimecodeDVSObject::prepare() {
+    m_state.points->prepare();
+}
 
 void ReceiveTimecodeDVSObject::prepareTimecode() {
     findTimecodeDefinition(m_definitions, m_setting.timecode().toStdString());
@@ -67,8 +71,8 @@ void ReceiveTimecodeDVSObject::prepareTimecode() {
 void ReceiveTimecodeDVSObject::initialise() {
     clearTracking();
     const QString timecode = m_setting.timecode();
-    const bool doubleRate =
-        timecode == enumText(ModelTimecode::traktor_sideA) || timecode == enumText(ModelTimecode::traktor_sideB);
+    const bool doubleRate = timecode == enumText(ModelTimecode::traktor_sideA) ||
+                            timecode == enumText(ModelTimecode::traktor_sideB);
     m_state.codeScale = doubleRate ? 2.0 : 1.0;
     m_state.vinyl->setDeltaPosition(m_state.name, m_state.name == ModelGraph::INPUT_DECKB
                                                       ? m_setting.vinylDeltaPositionB()

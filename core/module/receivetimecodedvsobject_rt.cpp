@@ -26,7 +26,8 @@ std::int32_t wholeFrame(double frames) {
 
 } // namespace
 
-void ReceiveTimecodeDVSObject::executeRT(std::int16_t* channels[Constant::Audio::STEREO], AudioNotifier& notifier) {
+void ReceiveTimecodeDVSObject::executeRT(std::int16_t* channels[Constant::Audio::STEREO],
+                                         AudioNotifier& notifier) {
     DeckState& s = m_state;
     const double dt = s.timecoder.dt;
     if (dt > 0) {
@@ -47,7 +48,8 @@ void ReceiveTimecodeDVSObject::executeRT(std::int16_t* channels[Constant::Audio:
             s.timecode->modeTimecode_on(s.name);
         }
         s.forwards = s.timecoder.forwards;
-        const TrackingFilter::Estimate estimate = s.filter.step(s.timecoder.pitch->v, s.timecoder.pitch->x, dt);
+        const TrackingFilter::Estimate estimate =
+            s.filter.step(s.timecoder.pitch->v, s.timecoder.pitch->x, dt);
         // The zero line's smoothing factor, not dt: the scale of a position unit rests on it.
         s.travelled = s.travelled + (s.timecoder.zeroAlpha * estimate.v + estimate.x);
         if (wholeFrame(s.time->frameCounter(s.name)) == wholeFrame(s.nextPointTime)) {
@@ -94,7 +96,8 @@ void ReceiveTimecodeDVSObject::publishPoint(int code, double pitch) {
     point.time = s.time->frameCounter(s.name);
     point.timecode = code;
     point.direction = s.forwards ? 0 : 1;
-    point.soundOn = deckAudible(s.midi->crossFader(), s.mode->modeMix(), s.mode->modeReverse(), s.name) ? 1 : 0;
+    point.soundOn =
+        deckAudible(s.midi->crossFader(), s.mode->modeMix(), s.mode->modeReverse(), s.name) ? 1 : 0;
     s.ring->push(point);
     s.points->append(point);
 

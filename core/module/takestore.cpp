@@ -8,7 +8,9 @@ namespace {
 constexpr std::size_t blockBytes = TakeStore::blockSamples * sizeof(std::int16_t);
 }
 
-TakeStore::TakeStore() { prepare(); }
+TakeStore::TakeStore() {
+    prepare();
+}
 
 TakeStore::~TakeStore() {
     for (std::size_t i = 0; i < m_made; ++i) {
@@ -29,7 +31,9 @@ void TakeStore::prepare() {
     }
 }
 
-void TakeStore::clear() { m_size.store(0, std::memory_order_release); }
+void TakeStore::clear() {
+    m_size.store(0, std::memory_order_release);
+}
 
 bool TakeStore::forEachPiece(const std::function<bool(std::span<const std::int16_t>)>& take) const {
     const std::size_t end = size();

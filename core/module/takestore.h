@@ -32,8 +32,7 @@ public:
     bool append(std::int16_t sample) {
         const std::size_t at = m_size.load(std::memory_order_relaxed);
         const std::size_t block = at >> blockShift;
-        std::int16_t* base =
-            block < maxBlocks ? m_blocks[block].load(std::memory_order_acquire) : nullptr;
+        std::int16_t* base = block < maxBlocks ? m_blocks[block].load(std::memory_order_acquire) : nullptr;
         if (base == nullptr) {
             m_overflows.fetch_add(1, std::memory_order_relaxed);
             return false;

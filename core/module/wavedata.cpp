@@ -8,9 +8,7 @@
 #include <cstring>
 
 WaveData::WaveData(std::uint32_t sampleRate, std::uint32_t channels, std::size_t frames)
-    : m_sampleRate(sampleRate)
-    , m_channels(channels)
-    , m_lists(frames == 0 ? 0 : channels) {
+    : m_sampleRate(sampleRate), m_channels(channels), m_lists(frames == 0 ? 0 : channels) {
     for (List& list : m_lists) {
         // Left unset: the reader writes every value once, and clearing first would touch the memory twice.
         list.values = std::make_unique_for_overwrite<std::int16_t[]>(frames);
@@ -100,7 +98,8 @@ std::unique_ptr<WaveData> readWave(const QString& fileName) {
     const std::size_t longest = static_cast<std::size_t>((total + channels - 1) / channels);
     auto wave = std::make_unique<WaveData>(header.sampleRate, header.channels, longest);
     const std::size_t frameBytes = channels * 2;
-    const std::size_t chunkFrames = std::max<std::size_t>(1, static_cast<std::size_t>(chunkBytes) / frameBytes);
+    const std::size_t chunkFrames =
+        std::max<std::size_t>(1, static_cast<std::size_t>(chunkBytes) / frameBytes);
     const auto buffer = std::make_unique_for_overwrite<char[]>(chunkFrames * frameBytes);
     Peaks peaks{INT16_MAX, INT16_MIN};
     std::uint64_t taken = 0; // samples

@@ -28,9 +28,10 @@ qint64 steadyMs() {
 
 } // namespace
 
-WorkerRecorderMultiChannelObject::WorkerRecorderMultiChannelObject(CurvePointRing& ringA, CurvePointStore& pointsA,
-                                                                   CurvePointRing& ringB, CurvePointStore& pointsB,
-                                                                   QObject* parent)
+WorkerRecorderMultiChannelObject::WorkerRecorderMultiChannelObject(CurvePointRing& ringA,
+                                                                   CurvePointStore& pointsA,
+                                                                   CurvePointRing& ringB,
+                                                                   CurvePointStore& pointsB, QObject* parent)
     : QObject(parent)
     , m_notifier(std::make_unique<AudioNotifier>())
     , m_deckA{ModelGraph::INPUT_DECKA,
@@ -50,7 +51,9 @@ WorkerRecorderMultiChannelObject::~WorkerRecorderMultiChannelObject() {
     }
 }
 
-bool WorkerRecorderMultiChannelObject::isOpen() const { return m_stream != nullptr && m_stream->isOpen(); }
+bool WorkerRecorderMultiChannelObject::isOpen() const {
+    return m_stream != nullptr && m_stream->isOpen();
+}
 
 std::uint64_t WorkerRecorderMultiChannelObject::overflows() const {
     std::uint64_t lost = 0;
@@ -213,8 +216,8 @@ void WorkerRecorderMultiChannelObject::timecodePrepare() {
 bool WorkerRecorderMultiChannelObject::restart(Group& group, InputGroup* target) {
     if (target != nullptr && group.decoder->isFed()) {
         if (Singleton::instance().time()->observedFrameCounter(group.name) == 0.0) {
-            // As far as the GUI has seen, no frame has come: the first buffer restarts the deck by itself, and
-            // may just have done so.
+            // As far as the GUI has seen, no frame has come: the first buffer restarts the deck by itself,
+            // and may just have done so.
             return false;
         }
         // The curve is emptied by the callback, together with the restart.

@@ -51,8 +51,8 @@ public Q_SLOTS:
     void load(ModelGraph::EnumGraph name, QSample* master, QSample* deckA, QSample* deckB);
     /// Starts the stream.
     void record();
-    /// Stops and closes the stream and writes the takes. Never waits for a lost server longer than a deadline,
-    /// and then only after the takes have been written.
+    /// Stops and closes the stream and writes the takes. Never waits for a lost server longer than a
+    /// deadline, and then only after the takes have been written.
     void stop();
     /// Forgets the samples and takes; nothing is freed. Not while the stream is open.
     void init();

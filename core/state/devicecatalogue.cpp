@@ -17,7 +17,8 @@ struct Label {
     QLatin1StringView text;
 };
 
-constexpr std::array inputLabels{Label{Mixer::inputA, "Input DeckA"_L1}, Label{Mixer::inputB, "Input DeckB"_L1},
+constexpr std::array inputLabels{Label{Mixer::inputA, "Input DeckA"_L1},
+                                 Label{Mixer::inputB, "Input DeckB"_L1},
                                  Label{Mixer::inputMaster, "Master"_L1}};
 constexpr std::array outputLabels{
     Label{Mixer::outputA, "Output DeckA"_L1}, Label{Mixer::outputB, "Output DeckB"_L1},
@@ -26,7 +27,8 @@ constexpr std::array outputLabels{
 // The first role whose place in the mixer file is this one gives the label. A value that is no number counts
 // as 0.
 template <std::size_t N>
-QString labelOf(const std::array<Label, N>& labels, const SettingMixer& mixer, const QString& device, int place) {
+QString labelOf(const std::array<Label, N>& labels, const SettingMixer& mixer, const QString& device,
+                int place) {
     for (const Label& label : labels) {
         const QString value = mixer.mixerValue(label.key, device);
         if (!value.isEmpty() && value.toInt() == place) {
@@ -60,17 +62,18 @@ std::vector<DeviceDescription> presentDevices() {
 }
 
 QString hostApiText(int hostApi) {
-    static constexpr std::array texts{"InDevelopment"_L1, "DirectSound"_L1, "MME"_L1,    "ASIO"_L1,
-                                      "SoundManager"_L1,  "CoreAudio"_L1,   "N/A"_L1,    "OSS"_L1,
-                                      "ALSA"_L1,          "AL"_L1,          "BeOS"_L1,   "WDMKS"_L1,
-                                      "JACK"_L1,          "WASAPI"_L1,      "AudioScienceHPI"_L1};
+    static constexpr std::array texts{
+        "InDevelopment"_L1, "DirectSound"_L1, "MME"_L1,  "ASIO"_L1,   "SoundManager"_L1,
+        "CoreAudio"_L1,     "N/A"_L1,         "OSS"_L1,  "ALSA"_L1,   "AL"_L1,
+        "BeOS"_L1,          "WDMKS"_L1,       "JACK"_L1, "WASAPI"_L1, "AudioScienceHPI"_L1};
     return hostApi >= 0 && hostApi < int(texts.size()) ? QString(texts[std::size_t(hostApi)]) : QString();
 }
 
-QString deviceString(int index, const DeviceDescription& device, int channels, int place, const QString& label) {
-    return QString::number(index) + "-["_L1 + device.name + "]-"_L1 + QString::number(int(device.defaultSampleRate)) +
-           u'/' + QString::number(channels) + u'p' + QString::number(place) + u'-' + hostApiText(device.hostApi) +
-           u'-' + label;
+QString deviceString(int index, const DeviceDescription& device, int channels, int place,
+                     const QString& label) {
+    return QString::number(index) + "-["_L1 + device.name + "]-"_L1 +
+           QString::number(int(device.defaultSampleRate)) + u'/' + QString::number(channels) + u'p' +
+           QString::number(place) + u'-' + hostApiText(device.hostApi) + u'-' + label;
 }
 
 QStringList deviceStrings(const std::vector<DeviceDescription>& devices,

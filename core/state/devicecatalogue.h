@@ -28,7 +28,8 @@ std::vector<DeviceDescription> presentDevices();
 QString hostApiText(int hostApi);
 
 /// One line: "index-[name]-rate/channels" "p" place "-API-" and the label.
-QString deviceString(int index, const DeviceDescription& device, int channels, int place, const QString& label);
+QString deviceString(int index, const DeviceDescription& device, int channels, int place,
+                     const QString& label);
 
 /// The strings of one direction: an empty entry, then for each host API a heading and its devices' entries.
 /// Input places are pair indices, all below the channel count; output places are even channel numbers. A

@@ -10,8 +10,7 @@
 class Midi : public QObject {
     Q_OBJECT
 public:
-    explicit Midi(QObject* parent = nullptr)
-        : QObject(parent) {}
+    explicit Midi(QObject* parent = nullptr) : QObject(parent) {}
 
     /// The whole record. On the thread that calls setObject.
     const ObjectMidi& object() const { return m_object; }

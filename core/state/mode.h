@@ -23,7 +23,9 @@ public:
     /// A menu page is open.
     bool modeMenu() const { return m_modeMenu.load(std::memory_order_relaxed); }
     /// The graph follows the time cursor; on while a session runs.
-    bool modeCurrentTimerAutoresize() const { return m_modeCurrentTimerAutoresize.load(std::memory_order_relaxed); }
+    bool modeCurrentTimerAutoresize() const {
+        return m_modeCurrentTimerAutoresize.load(std::memory_order_relaxed);
+    }
     /// The graph fits all data.
     bool modeAutoresize() const { return m_modeAutoresize.load(std::memory_order_relaxed); }
     /// An area of the graph is being selected.

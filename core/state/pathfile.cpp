@@ -10,6 +10,8 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <utility>
+
 namespace {
 
 using namespace Constant;
@@ -39,12 +41,16 @@ void copyTree(const QString& from, const QString& to) {
     }
 }
 
+QString userDataRoot() {
+    return QDir(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation))
+        .filePath(Folder::appData);
+}
+
 QString& dataRoot() {
     static QString root;
     if (root.isEmpty()) {
         root = chooseDataFolder(QDir(QCoreApplication::applicationDirPath()).filePath(Folder::appData),
-                                QDir(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation))
-                                    .filePath(Folder::appData));
+                                userDataRoot());
     }
     return root;
 }
@@ -141,21 +147,23 @@ QString PathFile::fileMaster() const {
 }
 
 QString PathFile::pathDirectoryRecording() {
-    const QString path = pathRecording(m_directoryRecording);
-    if (!QFileInfo::exists(path)) {
-        // Also makes "Recording" itself where somebody removed it: a take must not be lost for that.
+    QString path = pathRecording(m_directoryRecording);
+    // Also makes "Recording" itself where somebody removed it, and goes elsewhere where that can't be had: a
+    // take must not be lost for that.
+    if (!writable(path)) {
+        path = QDir(QDir(userDataRoot()).filePath(Folder::recording)).filePath(m_directoryRecording);
         QDir().mkpath(path);
     }
     m_directoryUsed = true;
+    m_namesUsed = true;
     return path;
 }
 
 bool PathFile::beginTake() {
-    if (!m_directoryUsed) {
-        return false;
+    if (m_directoryUsed) {
+        newPathDirectory_recording();
     }
-    newPathDirectory_recording();
-    return true;
+    return std::exchange(m_namesUsed, false);
 }
 
 void PathFile::newPathDirectory_recording() {

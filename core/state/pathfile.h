@@ -49,11 +49,12 @@ public:
     QString fileMaster() const;
 
     QString directoryRecording() const { return m_directoryRecording; }
-    /// The running recording's folder, made if it is missing.
+    /// The running recording's folder, made if it is missing. Where it can't be made or written, a folder of
+    /// that name in the user's data location.
     QString pathDirectoryRecording();
 
-    /// Called as a recorded session starts. True if the folder has been used by an earlier one: then a new
-    /// folder has been chosen, and the new session's files need new names.
+    /// Called as a recorded session starts. Chooses a new folder if an earlier session has used this one.
+    /// True if the files need new names, because an earlier session has used them.
     bool beginTake();
 
 public Q_SLOTS:
@@ -68,4 +69,5 @@ private:
     QString m_fileMaster;
     QString m_directoryRecording;
     bool m_directoryUsed = false;
+    bool m_namesUsed = false;
 };

@@ -2,8 +2,9 @@
 
 Performance::Performance(QObject* parent)
     : QObject(parent)
-    , m_sampleInput{new QSample(ModelGraph::INPUT_DECKA), new QSample(ModelGraph::INPUT_DECKB)}
-    , m_sampleOutput(new QSample(ModelGraph::OUTPUT_MASTER)) {}
+    , m_sampleInput{lastingSample(QSample(ModelGraph::INPUT_DECKA)),
+                    lastingSample(QSample(ModelGraph::INPUT_DECKB))}
+    , m_sampleOutput(lastingSample(QSample(ModelGraph::OUTPUT_MASTER))) {}
 
 void Performance::setInputBuffer(ModelGraph::EnumGraph name, double value) {
     m_inputBuffer[deckIndex(name)].store(value, std::memory_order_relaxed);

@@ -64,5 +64,9 @@ PortAudioSession::~PortAudioSession() {
     }
 }
 
-void PortAudioSession::setBlocked(bool blocked) { libraryBlocked.store(blocked, std::memory_order_release); }
-bool PortAudioSession::blocked() { return libraryBlocked.load(std::memory_order_acquire); }
+void PortAudioSession::setBlocked(bool blocked) {
+    libraryBlocked.store(blocked, std::memory_order_release);
+}
+bool PortAudioSession::blocked() {
+    return libraryBlocked.load(std::memory_order_acquire);
+}

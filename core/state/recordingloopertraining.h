@@ -18,8 +18,7 @@
 class RecordingLooperTraining : public QObject {
     Q_OBJECT
 public:
-    explicit RecordingLooperTraining(QObject* parent = nullptr)
-        : QObject(parent) {}
+    explicit RecordingLooperTraining(QObject* parent = nullptr) : QObject(parent) {}
 
     int number() const { return m_number; }
     ModelActivatedMode::EnumActivatedMode activatedMode() const { return m_activatedMode; }
@@ -82,7 +81,9 @@ Q_SIGNALS:
     void s_ResetCurve_2();
 
 private:
-    static std::size_t beatIndex(ModelGraph::EnumGraph name) { return name == ModelGraph::INPUT_DECKB ? 1U : 0U; }
+    static std::size_t beatIndex(ModelGraph::EnumGraph name) {
+        return name == ModelGraph::INPUT_DECKB ? 1U : 0U;
+    }
     template <typename T> void assign(T& field, const T& value);
 
     int m_number = 0;

@@ -14,7 +14,8 @@ void SessionSwitch::press() {
     }
     if (mode.modeTraining()) {
         mode.modeTraining_off();
-        mode.modeMenuRefresh(shared.recordingLooperTraining()->id(), shared.recordingLooperTraining()->tabName());
+        mode.modeMenuRefresh(shared.recordingLooperTraining()->id(),
+                             shared.recordingLooperTraining()->tabName());
         return;
     }
     mode.modeTrainingLock_on();

@@ -9,8 +9,7 @@ class SessionSwitch : public QObject {
 public:
     static constexpr int armingTime = 100; ///< ms between the press and the start
 
-    explicit SessionSwitch(QObject* parent = nullptr)
-        : QObject(parent) {}
+    explicit SessionSwitch(QObject* parent = nullptr) : QObject(parent) {}
 
 public Q_SLOTS:
     void press();

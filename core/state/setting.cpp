@@ -104,12 +104,10 @@ template <typename Device> Device* parsed(std::unique_ptr<Device>& cache, const 
 
 } // namespace
 
-Setting::Setting(QObject* parent)
-    : Setting(pathInput(Constant::File::config), parent) {}
+Setting::Setting(QObject* parent) : Setting(pathInput(Constant::File::config), parent) {}
 
 Setting::Setting(const QString& fileName, QObject* parent)
-    : QObject(parent)
-    , m_settings(fileName, QSettings::IniFormat) {
+    : QObject(parent), m_settings(fileName, QSettings::IniFormat) {
     for (const Default& entry : defaults()) {
         if (!m_settings.contains(entry.key)) {
             m_settings.setValue(entry.key, entry.value);
@@ -117,134 +115,282 @@ Setting::Setting(const QString& fileName, QObject* parent)
     }
 }
 
-QString Setting::text(QLatin1StringView key) const { return m_settings.value(key).toString(); }
-bool Setting::flag(QLatin1StringView key) const { return m_settings.value(key).toBool(); }
-int Setting::integer(QLatin1StringView key) const { return m_settings.value(key).toInt(); }
-double Setting::number(QLatin1StringView key) const { return m_settings.value(key).toDouble(); }
+QString Setting::text(QLatin1StringView key) const {
+    return m_settings.value(key).toString();
+}
+bool Setting::flag(QLatin1StringView key) const {
+    return m_settings.value(key).toBool();
+}
+int Setting::integer(QLatin1StringView key) const {
+    return m_settings.value(key).toInt();
+}
+double Setting::number(QLatin1StringView key) const {
+    return m_settings.value(key).toDouble();
+}
 
 void Setting::write(QLatin1StringView key, const QVariant& value) {
     ++m_generation;
     m_settings.setValue(key, value);
 }
 
-ObjectAudioDevice* Setting::inputDeckA() { return parsed(m_inputDeckA, text(Key::inputDeckA)); }
-void Setting::setInputDeckA(const QString& text) { write(Key::inputDeckA, text); }
+ObjectAudioDevice* Setting::inputDeckA() {
+    return parsed(m_inputDeckA, text(Key::inputDeckA));
+}
+void Setting::setInputDeckA(const QString& text) {
+    write(Key::inputDeckA, text);
+}
 
-ObjectAudioDevice* Setting::inputDeckB() { return parsed(m_inputDeckB, text(Key::inputDeckB)); }
-void Setting::setInputDeckB(const QString& text) { write(Key::inputDeckB, text); }
+ObjectAudioDevice* Setting::inputDeckB() {
+    return parsed(m_inputDeckB, text(Key::inputDeckB));
+}
+void Setting::setInputDeckB(const QString& text) {
+    write(Key::inputDeckB, text);
+}
 
-ObjectAudioDevice* Setting::inputMaster() { return parsed(m_inputMaster, text(Key::inputMaster)); }
-void Setting::setInputMaster(const QString& text) { write(Key::inputMaster, text); }
+ObjectAudioDevice* Setting::inputMaster() {
+    return parsed(m_inputMaster, text(Key::inputMaster));
+}
+void Setting::setInputMaster(const QString& text) {
+    write(Key::inputMaster, text);
+}
 
-ObjectMidiDevice* Setting::inputMidi() { return parsed(m_inputMidi, text(Key::inputMidi)); }
-void Setting::setInputMidi(const QString& text) { write(Key::inputMidi, text); }
+ObjectMidiDevice* Setting::inputMidi() {
+    return parsed(m_inputMidi, text(Key::inputMidi));
+}
+void Setting::setInputMidi(const QString& text) {
+    write(Key::inputMidi, text);
+}
 
-QString Setting::learnMidi() const { return text(Key::learnMidi); }
+QString Setting::learnMidi() const {
+    return text(Key::learnMidi);
+}
 
 void Setting::setLearnMidi(int channel, int controller) {
     write(Key::learnMidi, QStringLiteral("%1/%2").arg(channel).arg(controller));
 }
 
-ObjectAudioDevice* Setting::outputMaster() { return parsed(m_outputMaster, text(Key::outputMaster)); }
-void Setting::setOutputMaster(const QString& text) { write(Key::outputMaster, text); }
+ObjectAudioDevice* Setting::outputMaster() {
+    return parsed(m_outputMaster, text(Key::outputMaster));
+}
+void Setting::setOutputMaster(const QString& text) {
+    write(Key::outputMaster, text);
+}
 
-ObjectAudioDevice* Setting::outputDeckA() { return parsed(m_outputDeckA, text(Key::outputDeckA)); }
-void Setting::setOutputDeckA(const QString& text) { write(Key::outputDeckA, text); }
+ObjectAudioDevice* Setting::outputDeckA() {
+    return parsed(m_outputDeckA, text(Key::outputDeckA));
+}
+void Setting::setOutputDeckA(const QString& text) {
+    write(Key::outputDeckA, text);
+}
 
-ObjectAudioDevice* Setting::outputDeckB() { return parsed(m_outputDeckB, text(Key::outputDeckB)); }
-void Setting::setOutputDeckB(const QString& text) { write(Key::outputDeckB, text); }
+ObjectAudioDevice* Setting::outputDeckB() {
+    return parsed(m_outputDeckB, text(Key::outputDeckB));
+}
+void Setting::setOutputDeckB(const QString& text) {
+    write(Key::outputDeckB, text);
+}
 
-int Setting::crossFaderLeft() const { return integer(Key::crossFaderLeft); }
-void Setting::setCrossFaderLeft(int value) { write(Key::crossFaderLeft, value); }
+int Setting::crossFaderLeft() const {
+    return integer(Key::crossFaderLeft);
+}
+void Setting::setCrossFaderLeft(int value) {
+    write(Key::crossFaderLeft, value);
+}
 
-int Setting::crossFaderRight() const { return integer(Key::crossFaderRight); }
-void Setting::setCrossFaderRight(int value) { write(Key::crossFaderRight, value); }
+int Setting::crossFaderRight() const {
+    return integer(Key::crossFaderRight);
+}
+void Setting::setCrossFaderRight(int value) {
+    write(Key::crossFaderRight, value);
+}
 
-QString Setting::name() const { return text(Key::name); }
-void Setting::setName(const QString& name) { write(Key::name, name); }
+QString Setting::name() const {
+    return text(Key::name);
+}
+void Setting::setName(const QString& name) {
+    write(Key::name, name);
+}
 
-QString Setting::timecode() const { return text(Key::timecode); }
-void Setting::setTimecode(const QString& name) { write(Key::timecode, name); }
+QString Setting::timecode() const {
+    return text(Key::timecode);
+}
+void Setting::setTimecode(const QString& name) {
+    write(Key::timecode, name);
+}
 
-double Setting::vinylDeltaPositionA() const { return number(Key::vinylDeltaPositionA); }
+double Setting::vinylDeltaPositionA() const {
+    return number(Key::vinylDeltaPositionA);
+}
 
 void Setting::setVinylDeltaPositionA(double degrees) {
     write(Key::vinylDeltaPositionA, QString::number(degrees, 'g', 6));
 }
 
-double Setting::vinylDeltaPositionB() const { return number(Key::vinylDeltaPositionB); }
+double Setting::vinylDeltaPositionB() const {
+    return number(Key::vinylDeltaPositionB);
+}
 
 void Setting::setVinylDeltaPositionB(double degrees) {
     write(Key::vinylDeltaPositionB, QString::number(degrees, 'g', 6));
 }
 
-int Setting::curveOnSize() const { return integer(Key::curveOnSize); }
-void Setting::setCurveOnSize(int width) { write(Key::curveOnSize, width); }
+int Setting::curveOnSize() const {
+    return integer(Key::curveOnSize);
+}
+void Setting::setCurveOnSize(int width) {
+    write(Key::curveOnSize, width);
+}
 
-double Setting::volumeLooper() const { return number(Key::volumeLooper); }
-void Setting::setVolumeLooper(double value) { write(Key::volumeLooper, value); }
+double Setting::volumeLooper() const {
+    return number(Key::volumeLooper);
+}
+void Setting::setVolumeLooper(double value) {
+    write(Key::volumeLooper, value);
+}
 
-double Setting::volumeDeck() const { return number(Key::volumeDeck); }
-void Setting::setVolumeDeck(double value) { write(Key::volumeDeck, value); }
+double Setting::volumeDeck() const {
+    return number(Key::volumeDeck);
+}
+void Setting::setVolumeDeck(double value) {
+    write(Key::volumeDeck, value);
+}
 
-double Setting::volumeRecord() const { return number(Key::volumeRecord); }
-void Setting::setVolumeRecord(double value) { write(Key::volumeRecord, value); }
+double Setting::volumeRecord() const {
+    return number(Key::volumeRecord);
+}
+void Setting::setVolumeRecord(double value) {
+    write(Key::volumeRecord, value);
+}
 
-double Setting::volumeMetronum() const { return number(Key::volumeMetronum); }
-void Setting::setVolumeMetronum(double value) { write(Key::volumeMetronum, value); }
+double Setting::volumeMetronum() const {
+    return number(Key::volumeMetronum);
+}
+void Setting::setVolumeMetronum(double value) {
+    write(Key::volumeMetronum, value);
+}
 
-QString Setting::inputBufferA() const { return text(Key::inputBufferA); }
-void Setting::setInputBufferA(const QString& text) { write(Key::inputBufferA, text); }
+QString Setting::inputBufferA() const {
+    return text(Key::inputBufferA);
+}
+void Setting::setInputBufferA(const QString& text) {
+    write(Key::inputBufferA, text);
+}
 
-QString Setting::inputBufferB() const { return text(Key::inputBufferB); }
-void Setting::setInputBufferB(const QString& text) { write(Key::inputBufferB, text); }
+QString Setting::inputBufferB() const {
+    return text(Key::inputBufferB);
+}
+void Setting::setInputBufferB(const QString& text) {
+    write(Key::inputBufferB, text);
+}
 
-QString Setting::outputBuffer() const { return text(Key::outputBuffer); }
-void Setting::setOutputBuffer(const QString& text) { write(Key::outputBuffer, text); }
+QString Setting::outputBuffer() const {
+    return text(Key::outputBuffer);
+}
+void Setting::setOutputBuffer(const QString& text) {
+    write(Key::outputBuffer, text);
+}
 
-QString Setting::displayFrequency() const { return text(Key::displayFrequency); }
-void Setting::setDisplayFrequency(const QString& text) { write(Key::displayFrequency, text); }
+QString Setting::displayFrequency() const {
+    return text(Key::displayFrequency);
+}
+void Setting::setDisplayFrequency(const QString& text) {
+    write(Key::displayFrequency, text);
+}
 
-bool Setting::optionGenerateCutOffSound() const { return flag(Key::optionGenerateCutOffSound); }
-void Setting::setOptionGenerateCutOffSound(bool on) { write(Key::optionGenerateCutOffSound, on); }
+bool Setting::optionGenerateCutOffSound() const {
+    return flag(Key::optionGenerateCutOffSound);
+}
+void Setting::setOptionGenerateCutOffSound(bool on) {
+    write(Key::optionGenerateCutOffSound, on);
+}
 
-bool Setting::optionHamsterMode() const { return flag(Key::optionHamsterMode); }
-void Setting::setOptionHamsterMode(bool on) { write(Key::optionHamsterMode, on); }
+bool Setting::optionHamsterMode() const {
+    return flag(Key::optionHamsterMode);
+}
+void Setting::setOptionHamsterMode(bool on) {
+    write(Key::optionHamsterMode, on);
+}
 
-bool Setting::latency() const { return flag(Key::latency); }
-void Setting::setLatency(bool on) { write(Key::latency, on); }
+bool Setting::latency() const {
+    return flag(Key::latency);
+}
+void Setting::setLatency(bool on) {
+    write(Key::latency, on);
+}
 
-bool Setting::graphGrid() const { return flag(Key::graphGrid); }
-void Setting::setGraphGrid(bool on) { write(Key::graphGrid, on); }
+bool Setting::graphGrid() const {
+    return flag(Key::graphGrid);
+}
+void Setting::setGraphGrid(bool on) {
+    write(Key::graphGrid, on);
+}
 
-bool Setting::graphCurveCrossFaderOff() const { return flag(Key::graphCurveCrossFaderOff); }
-void Setting::setGraphCurveCrossFaderOff(bool on) { write(Key::graphCurveCrossFaderOff, on); }
+bool Setting::graphCurveCrossFaderOff() const {
+    return flag(Key::graphCurveCrossFaderOff);
+}
+void Setting::setGraphCurveCrossFaderOff(bool on) {
+    write(Key::graphCurveCrossFaderOff, on);
+}
 
-bool Setting::graphCurveCrossFaderOffInvertColor() const { return flag(Key::graphCurveCrossFaderOffInvertColor); }
-void Setting::setGraphCurveCrossFaderOffInvertColor(bool on) { write(Key::graphCurveCrossFaderOffInvertColor, on); }
+bool Setting::graphCurveCrossFaderOffInvertColor() const {
+    return flag(Key::graphCurveCrossFaderOffInvertColor);
+}
+void Setting::setGraphCurveCrossFaderOffInvertColor(bool on) {
+    write(Key::graphCurveCrossFaderOffInvertColor, on);
+}
 
-bool Setting::graphCurveNoSound() const { return flag(Key::graphCurveNoSound); }
-void Setting::setGraphCurveNoSound(bool on) { write(Key::graphCurveNoSound, on); }
+bool Setting::graphCurveNoSound() const {
+    return flag(Key::graphCurveNoSound);
+}
+void Setting::setGraphCurveNoSound(bool on) {
+    write(Key::graphCurveNoSound, on);
+}
 
-int Setting::graphShiniMode() const { return integer(Key::graphShiniMode); }
-void Setting::setGraphShiniMode(int mode) { write(Key::graphShiniMode, mode); }
+int Setting::graphShiniMode() const {
+    return integer(Key::graphShiniMode);
+}
+void Setting::setGraphShiniMode(int mode) {
+    write(Key::graphShiniMode, mode);
+}
 
-bool Setting::graphVinylPosition() const { return flag(Key::graphVinylPosition); }
-void Setting::setGraphVinylPosition(bool on) { write(Key::graphVinylPosition, on); }
+bool Setting::graphVinylPosition() const {
+    return flag(Key::graphVinylPosition);
+}
+void Setting::setGraphVinylPosition(bool on) {
+    write(Key::graphVinylPosition, on);
+}
 
-bool Setting::graphVinylColorRotation() const { return flag(Key::graphVinylColorRotation); }
-void Setting::setGraphVinylColorRotation(bool on) { write(Key::graphVinylColorRotation, on); }
+bool Setting::graphVinylColorRotation() const {
+    return flag(Key::graphVinylColorRotation);
+}
+void Setting::setGraphVinylColorRotation(bool on) {
+    write(Key::graphVinylColorRotation, on);
+}
 
-bool Setting::graphDirectSound() const { return flag(Key::graphDirectSound); }
-void Setting::setGraphDirectSound(bool on) { write(Key::graphDirectSound, on); }
+bool Setting::graphDirectSound() const {
+    return flag(Key::graphDirectSound);
+}
+void Setting::setGraphDirectSound(bool on) {
+    write(Key::graphDirectSound, on);
+}
 
-bool Setting::graphLogo() const { return flag(Key::graphLogo); }
-void Setting::setGraphLogo(bool on) { write(Key::graphLogo, on); }
+bool Setting::graphLogo() const {
+    return flag(Key::graphLogo);
+}
+void Setting::setGraphLogo(bool on) {
+    write(Key::graphLogo, on);
+}
 
-QString Setting::language() const { return text(Key::language); }
-void Setting::setLanguage(const QString& name) { write(Key::language, name); }
+QString Setting::language() const {
+    return text(Key::language);
+}
+void Setting::setLanguage(const QString& name) {
+    write(Key::language, name);
+}
 
-QString Setting::style() const { return text(Key::style); }
+QString Setting::style() const {
+    return text(Key::style);
+}
 
 void Setting::setStyle(const QString& name) {
     write(Key::style, name);

@@ -5,6 +5,7 @@
 #include "midi.h"
 #include "mode.h"
 #include "model/objectaudiodevice.h"
+#include "model/qsample.h"
 #include "pathfile.h"
 #include "performance.h"
 #include "recordingloopertraining.h"
@@ -63,8 +64,8 @@ QSample* Singleton::sampleInput(const ObjectAudioDevice& device, ModelGraph::Enu
     if (!offered(device, ModelAudioDeviceInfo::AUDIO_INPUT)) {
         return nullptr;
     }
-    return new QSample(name, device.index(), device.name(), sampleRate, device.channelCount(),
-                       device.channelFirst());
+    return lastingSample(QSample(name, device.index(), device.name(), sampleRate, device.channelCount(),
+                                 device.channelFirst()));
 }
 
 QSample* Singleton::sampleInputDeckA() {
@@ -99,9 +100,10 @@ QSample* Singleton::sampleOutputMaster() {
     if (!offered(device, ModelAudioDeviceInfo::AUDIO_OUTPUT)) {
         return nullptr;
     }
-    return new QSample(ModelGraph::OUTPUT_MASTER, device.index(), device.name(),
-                       std::trunc(device.sampleRate()), device.channelCount(), device.channelFirst(),
-                       m_setting->outputDeckA()->channelFirst(), m_setting->outputDeckB()->channelFirst());
+    return lastingSample(QSample(ModelGraph::OUTPUT_MASTER, device.index(), device.name(),
+                                 std::trunc(device.sampleRate()), device.channelCount(),
+                                 device.channelFirst(), m_setting->outputDeckA()->channelFirst(),
+                                 m_setting->outputDeckB()->channelFirst()));
 }
 
 double Singleton::moveZero(ModelGraph::EnumGraph name) {

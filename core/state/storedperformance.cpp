@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr int firstChoice = 0;       // what a combo box shows unless told otherwise
+constexpr int firstChoice = 0; // what a combo box shows unless told otherwise
 constexpr int outputBufferChoice = 2;
 
 } // namespace
@@ -23,7 +23,9 @@ QString chosenText(const QStringList& choices, const QString& stored, int fallba
     return choices.contains(stored) ? stored : choices.at(fallback);
 }
 
-double chosenNumber(const QString& text) { return double(text.toInt()); }
+double chosenNumber(const QString& text) {
+    return double(text.toInt());
+}
 
 void applyStoredPerformance(const Setting& setting, Performance& performance) {
     const auto input = [](const QString& stored) {

@@ -12,8 +12,7 @@
 class Timecode : public QObject {
     Q_OBJECT
 public:
-    explicit Timecode(QObject* parent = nullptr)
-        : QObject(parent) {}
+    explicit Timecode(QObject* parent = nullptr) : QObject(parent) {}
 
     bool isTimecodeOn(ModelGraph::EnumGraph name) const {
         return m_timecodeOn[deckIndex(name)].load(std::memory_order_relaxed);

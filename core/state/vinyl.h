@@ -11,8 +11,7 @@
 class Vinyl : public QObject {
     Q_OBJECT
 public:
-    explicit Vinyl(QObject* parent = nullptr)
-        : QObject(parent) {}
+    explicit Vinyl(QObject* parent = nullptr) : QObject(parent) {}
 
     /// 0 up to but not including 360; written with each published point.
     double angle(ModelGraph::EnumGraph name) const { return load(m_angle, name); }

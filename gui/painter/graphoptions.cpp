@@ -2,9 +2,11 @@
 
 #include "state/setting.h"
 
+#include <algorithm>
+
 GraphOptions GraphOptions::read(const Setting& setting) {
     GraphOptions options;
-    options.curveOnSize = setting.curveOnSize();
+    options.curveOnSize = std::clamp(setting.curveOnSize(), 1, widestCurve);
     options.curveCrossFaderOff = setting.graphCurveCrossFaderOff();
     options.curveCrossFaderOffInvertColor = setting.graphCurveCrossFaderOffInvertColor();
     options.grid = setting.graphGrid();

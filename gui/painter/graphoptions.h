@@ -6,7 +6,9 @@ class Setting;
 
 /// What the user has chosen about the picture, read together.
 struct GraphOptions {
-    int curveOnSize = 0;                        ///< width of a curve that sounds, pixels
+    static constexpr int widestCurve = 100; ///< what a settings file may ask for
+
+    int curveOnSize = 0;                        ///< width of a curve that sounds, 1 to widestCurve pixels
     bool curveCrossFaderOff = false;            ///< draw where the fader is closed
     bool curveCrossFaderOffInvertColor = false; ///< and in the inverted colour
     bool grid = false;

@@ -88,18 +88,21 @@ struct Session {
         tape = streamFrames(setup, a, b, 48000, tapeFrames);
     }
 
-    /// The input stream's thread: buffers of 1 to 64 frames, now and then one without samples.
+    /// The input stream's thread: buffers of 1 to 64 frames, now and then one without samples. Those that
+    /// find the gate closed don't count as callbacks: they are over at once.
     void playInput() {
         CountedCalls::start();
         std::size_t at = 0;
         std::uint64_t fed = 0;
-        for (std::uint64_t i = 0; i < callbacks; ++i) {
+        std::uint64_t played = 0;
+        for (std::uint64_t i = 0; played < callbacks; ++i) {
             while (fed > prepared.load(std::memory_order_acquire) + mostAhead) {
             }
             const std::uint64_t chance = scatter(11, i);
             const std::size_t wanted = 1 + chance % 64;
             const std::size_t n = std::min(wanted, tapeFrames - at);
             const bool silent = (chance >> 32) % 5000 == 0;
+            played += decks.state.mode->modeStartSynchronized() && !silent ? 1U : 0U;
             processInput(decks.state, silent ? nullptr : tape.data() + at * decks.state.channels, n);
             at = (at + n) % tapeFrames;
             fed += silent ? 0 : n;

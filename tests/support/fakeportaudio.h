@@ -47,7 +47,7 @@ struct FakePortAudio {
     std::vector<PaDeviceInfo> infos;
 
     static FakePortAudio& instance() {
-        static FakePortAudio fake;
+        static auto& fake = *new FakePortAudio; // outlives every thread that may still call
         return fake;
     }
 };

@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr std::uint64_t sessionFrames = 20'000'000 / loadFactor;
+constexpr std::uint64_t sessionFrames = 8'000'000 / loadFactor;
 constexpr std::size_t bufferFrames = 64;
 constexpr double curveStep = 64.0;
 

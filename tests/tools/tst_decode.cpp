@@ -342,6 +342,9 @@ private Q_SLOTS:
         QTest::newRow("the input as output") << generic + QStringList{u"IN"_s, u"IN"_s} << good;
         QTest::newRow("a buffer of 0") << generic + files + QStringList{u"--output-buffer"_s, u"0"_s} << good;
         QTest::newRow("a rate of nan") << generic + files + QStringList{u"--output-rate"_s, u"nan"_s} << good;
+        QTest::newRow("more points than frames")
+            << generic + files + QStringList{u"--output-buffer"_s, u"1"_s, u"--output-rate"_s, u"384000"_s}
+            << good;
         QTest::newRow("a tempo in words") << generic + files + QStringList{u"--bpm"_s, u"fast"_s} << good;
     }
     void whatIsWrongIsRefusedAndNothingIsWritten() {

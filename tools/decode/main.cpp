@@ -194,6 +194,9 @@ int main(int argc, char* argv[]) {
     // shared state: it goes after the settings have been written for the last time.
     static const QTemporaryDir data;
     useDataFolder(data.path());
+    if (options.outputBuffer * sound->sampleRate / options.outputRate < 1.0) {
+        return refuse(u"--output-buffer and --output-rate ask for more than one point a frame"_s, usageError);
+    }
     QString error;
     if (!decode(options, wav, *sound, error)) {
         return refuse(error, fileError);

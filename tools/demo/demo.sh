@@ -16,6 +16,8 @@ seconds=$1 out=${2:-}
 # The centre of the record button in the window: pixels from its left and from its lower edge.
 record_left=30
 record_up=30
+# The centre of the choice of decks: pixels from the window's right and lower edge.
+decks_right=417
 
 timecode=generic_V2
 pattern=chirp,baby  # what the hands do on deck A and on deck B
@@ -202,6 +204,9 @@ within 60 settled || die "the program's window doesn't show up, or is only ${wid
 timeout 5 xdotool windowactivate --sync "$window" 2>/dev/null || true
 timeout 5 xdotool mousemove --window "$window" "$record_left" "$((height - record_up))" click 1 ||
     die "the record button can't be clicked"
+sleep 0.5
+timeout 5 xdotool mousemove --window "$window" "$((width - decks_right))" "$((height - record_up))" click 1 ||
+    die "the choice of decks can't be clicked"
 sleep 0.5
 timeout 5 xdotool key space || die "the keyboard doesn't work"
 say "a session runs"

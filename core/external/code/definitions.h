@@ -14,7 +14,7 @@
 namespace TimecodeFlag {
 inline constexpr int FlipDirection = 1; ///< the sense of the direction test is inverted
 inline constexpr int LeftPrimary = 2;   ///< the left channel is the reference; without it the right one is
-inline constexpr int ReadOnLow = 4;     ///< a bit is read in the primary's low half-wave, else in its high one
+inline constexpr int ReadOnLow = 4; ///< a bit is read in the primary's low half-wave, else in its high one
 } // namespace TimecodeFlag
 
 /// One timecode: a pseudo-random bit sequence, one bit per carrier cycle, in which any run of `bits` bits
@@ -39,7 +39,7 @@ public:
     std::uint32_t safe() const { return m_safe; }     ///< last position before the run-out
     bool lookup() const { return m_lookup; }          ///< the table has been filled
     void setLookup(bool built) { m_lookup = built; }
-    Lut* lut() const { return m_lut.get(); }          ///< the table, never null
+    Lut* lut() const { return m_lut.get(); } ///< the table, never null
 
 private:
     std::string m_name;

@@ -134,6 +134,18 @@ private Q_SLOTS:
         QCOMPARE(sample.fileName(), second);
     }
 
+    void aLastingSampleIsACopyThatNeverMoves() {
+        const QSample given(ModelGraph::INPUT_DECKB, 3, u"x"_s, 44100.0, 4, 1);
+        QSample* first = lastingSample(given);
+        QVERIFY(first != &given);
+        for (int i = 0; i < 1000; ++i) {
+            QVERIFY(lastingSample(QSample(ModelGraph::INPUT_DECKA)) != first);
+        }
+        QCOMPARE(first->name(), ModelGraph::INPUT_DECKB);
+        QCOMPARE(first->deviceName(), u"x"_s);
+        QCOMPARE(first->channelFirst(), 1);
+    }
+
     void anOutputHasNoFileName() {
         QVERIFY(QSample(ModelGraph::OUTPUT_MASTER).fileName().isEmpty());
         QVERIFY(QSample(ModelGraph::OUTPUT_MASTER, 1, u"x"_s, 48000.0, 2, 0, 0, 2).fileName().isEmpty());

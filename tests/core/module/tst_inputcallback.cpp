@@ -54,8 +54,11 @@ using Values = std::vector<std::int16_t>;
 class tst_InputCallback : public QObject {
     Q_OBJECT
 private Q_SLOTS:
+    void initTestCase() {
+        const DrivenDecks first; // moves the data folder before anything else asks for Singleton
+    }
+
     void init() {
-        DrivenDecks first; // the settings' folder, before anything else asks for Singleton
         for (const auto name : {deckA, deckB}) {
             clock_().clearFrameCounter(name);
             clock_().clearCursor(name);
@@ -94,7 +97,6 @@ private Q_SLOTS:
         clock_().setFrameCounter(deckA, 500.0);
         clock_().setFrameCounter(deckB, 600.0);
         clock_().setCursor(deckB, 77.0);
-        Singleton::instance().timecode();
         const double before = clock_().msecsNow();
         process(decks, NumberedBuffer(64, 6));
         QVERIFY(decks.state.started);

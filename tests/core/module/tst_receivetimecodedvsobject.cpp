@@ -253,10 +253,11 @@ struct Deck {
 void useRates(double rate, double outputRate, double outputBuffer) {
     Performance& performance = *shared().performance();
     for (const auto deck : {deckA, deckB}) {
-        performance.setSample(deck, new QSample(deck, 0, u"card"_s, rate, 2, 0), false);
+        performance.setSample(deck, lastingSample(QSample(deck, 0, u"card"_s, rate, 2, 0)), false);
     }
     performance.setOutputBuffer(outputBuffer);
-    performance.setSampleOutput(new QSample(ModelGraph::OUTPUT_MASTER, 0, u"card"_s, outputRate, 2, 0, 0, 0));
+    performance.setSampleOutput(
+        lastingSample(QSample(ModelGraph::OUTPUT_MASTER, 0, u"card"_s, outputRate, 2, 0, 0, 0)));
 }
 
 void moveFader(int value) {

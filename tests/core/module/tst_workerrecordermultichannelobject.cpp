@@ -328,15 +328,36 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(m_data + u"/Recording/"_s + shared().pathFile()->directoryRecording()));
     }
 
-    void aTakeThatCantBeWrittenIsLeftInSilence() {
+    void aTakeWhoseFolderCantBeHadIsWrittenElsewhere() {
         Rig rig;
-        QSample odd(deckA, 0, QString(300, u'n'), 44100.0, 6, 0); // no file system takes such a name
+        Card card;
         shared().mode()->modeRecorder_on();
-        rig.recorder.load(deckA, nullptr, &odd, nullptr);
+        rig.recorder.load(deckA, nullptr, &card.a, nullptr);
         rig.recorder.record();
         feed(64);
+        // A file stands where the folder belongs.
+        QFile inTheWay(m_data + u"/Recording/"_s + shared().pathFile()->directoryRecording());
+        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
         rig.recorder.stop();
-        QVERIFY(filesIn(shared().pathFile()->pathDirectoryRecording()).isEmpty());
+        const QString folder = shared().pathFile()->pathDirectoryRecording();
+        QVERIFY(folder != inTheWay.fileName());
+        QCOMPARE(filesIn(folder), QStringList(card.a.fileName()));
+        QCOMPARE(readWave(folder + u'/' + card.a.fileName())->length(), std::size_t{64});
+    }
+
+    void aTakeThatCantBeWrittenIsLeftInSilence() {
+        Rig rig;
+        Card card;
+        shared().mode()->modeRecorder_on();
+        rig.recorder.load(deckA, nullptr, &card.a, &card.b);
+        rig.recorder.record();
+        feed(64);
+        // A folder stands where the file belongs.
+        const QString folder = shared().pathFile()->pathDirectoryRecording();
+        QVERIFY(QDir(folder).mkpath(card.a.fileName()));
+        rig.recorder.stop();
+        QVERIFY(!rig.recorder.isOpen());
+        QCOMPARE(filesIn(folder), QStringList(card.b.fileName())); // the other one is saved
     }
 
     void initForgetsWhatWasLoaded() {

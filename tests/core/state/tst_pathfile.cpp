@@ -6,6 +6,7 @@
 #include <QGuiApplication>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QStandardPaths>
 #include <QTest>
 
 #include <cstdio>
@@ -276,7 +277,27 @@ private Q_SLOTS:
         files.newPathDirectory_recording();
         files.pathDirectoryRecording();
         files.newPathDirectory_recording();
+        const QString fresh = files.directoryRecording();
+        QVERIFY(files.beginTake()); // the file names were used in the other folder
+        QCOMPARE(files.directoryRecording(), fresh);
         QVERIFY(!files.beginTake());
+    }
+
+    void aRecordingFolderThatCannotBeHadIsReplacedByOneOfTheUser() {
+        QStandardPaths::setTestModeEnabled(true);
+        QTemporaryDir data;
+        useDataFolder(data.path());
+        QFile blocker(data.filePath(QStringLiteral("Recording")));
+        QVERIFY(blocker.open(QIODevice::WriteOnly));
+        blocker.close();
+        PathFile files;
+        files.newPathDirectory_recording();
+        const QString folder = files.pathDirectoryRecording();
+        QVERIFY(QFileInfo(folder).isDir());
+        QVERIFY(!folder.startsWith(data.path()));
+        QVERIFY(folder.endsWith(files.directoryRecording()));
+        QVERIFY(QDir(folder).removeRecursively());
+        QStandardPaths::setTestModeEnabled(false);
     }
 };
 

@@ -71,7 +71,7 @@ private Q_SLOTS:
     void aSampleForDeckBLeavesDeckAAlone() {
         Performance performance;
         QSample* const deckA = performance.sample(ModelGraph::INPUT_DECKA);
-        auto* sample = new QSample(ModelGraph::INPUT_DECKB, 1, u"x"_s, 44100.0, 2, 0);
+        auto* sample = lastingSample(QSample(ModelGraph::INPUT_DECKB, 1, u"x"_s, 44100.0, 2, 0));
         performance.setSample(ModelGraph::INPUT_DECKB, sample, false);
         QCOMPARE(performance.sample(ModelGraph::INPUT_DECKB), sample);
         QCOMPARE(performance.sample(ModelGraph::INPUT_DECKA), deckA);
@@ -80,10 +80,11 @@ private Q_SLOTS:
     void aSampleIsAnnouncedWhereThatIsAskedFor() {
         Performance performance;
         QSignalSpy input(&performance, &Performance::s_InputSample);
-        performance.setSample(ModelGraph::INPUT_DECKA, new QSample(ModelGraph::INPUT_DECKA), false);
+        performance.setSample(ModelGraph::INPUT_DECKA, lastingSample(QSample(ModelGraph::INPUT_DECKA)),
+                              false);
         QCOMPARE(input.count(), 0);
-        performance.setSample(ModelGraph::INPUT_DECKA, new QSample(ModelGraph::INPUT_DECKA), true);
-        performance.setSample(ModelGraph::INPUT_DECKB, new QSample(ModelGraph::INPUT_DECKB), true);
+        performance.setSample(ModelGraph::INPUT_DECKA, lastingSample(QSample(ModelGraph::INPUT_DECKA)), true);
+        performance.setSample(ModelGraph::INPUT_DECKB, lastingSample(QSample(ModelGraph::INPUT_DECKB)), true);
         QCOMPARE(input.count(), 2);
         QCOMPARE(input.at(0).at(0).value<ModelGraph::EnumGraph>(), ModelGraph::INPUT_DECKA);
         QCOMPARE(input.at(1).at(0).value<ModelGraph::EnumGraph>(), ModelGraph::INPUT_DECKB);
@@ -91,7 +92,7 @@ private Q_SLOTS:
 
     void theSampleStandsWhenItIsAnnounced() {
         Performance performance;
-        auto* sample = new QSample(ModelGraph::INPUT_DECKA, 1, u"x"_s, 44100.0, 2, 0);
+        auto* sample = lastingSample(QSample(ModelGraph::INPUT_DECKA, 1, u"x"_s, 44100.0, 2, 0));
         const QSample* seen = nullptr;
         connect(&performance, &Performance::s_InputSample, this,
                 [&](ModelGraph::EnumGraph name) { seen = performance.sample(name); });
@@ -104,7 +105,7 @@ private Q_SLOTS:
         QSignalSpy output(&performance, &Performance::s_OutputSample);
         performance.setOutputBuffer(256.0);
         QCOMPARE(performance.outputBufferSelected(), 0.0);
-        auto* sample = new QSample(ModelGraph::OUTPUT_MASTER, 2, u"x"_s, 44100.0, 2, 0, 0, 0);
+        auto* sample = lastingSample(QSample(ModelGraph::OUTPUT_MASTER, 2, u"x"_s, 44100.0, 2, 0, 0, 0));
         performance.setSampleOutput(sample);
         QCOMPARE(performance.sampleOutput(), sample);
         QCOMPARE(performance.outputBufferSelected(), 256.0);
@@ -123,9 +124,10 @@ private Q_SLOTS:
                       0); // on the stack: a free would crash
         QSample output(ModelGraph::OUTPUT_MASTER, 1, u"output"_s, 44100.0, 2, 0, 0, 0);
         performance.setSample(ModelGraph::INPUT_DECKA, &deckA, false);
-        performance.setSample(ModelGraph::INPUT_DECKA, new QSample(ModelGraph::INPUT_DECKA), false);
+        performance.setSample(ModelGraph::INPUT_DECKA, lastingSample(QSample(ModelGraph::INPUT_DECKA)),
+                              false);
         performance.setSampleOutput(&output);
-        performance.setSampleOutput(new QSample(ModelGraph::OUTPUT_MASTER));
+        performance.setSampleOutput(lastingSample(QSample(ModelGraph::OUTPUT_MASTER)));
         QCOMPARE(deckA.deviceName(), u"deck A"_s);
         QCOMPARE(output.deviceName(), u"output"_s);
     }
