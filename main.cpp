@@ -8,7 +8,12 @@
 #include <QPalette>
 #include <QStyleFactory>
 
+#include <portaudio.h>
+
+Q_DECLARE_METATYPE(PaStreamCallbackTimeInfo)
+
 int main(int argc, char* argv[]) {
+    qRegisterMetaType<PaStreamCallbackTimeInfo>();
     QApplication application(argc, argv);
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QPalette palette;

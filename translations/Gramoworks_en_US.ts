@@ -50,5 +50,9 @@
         <source>Graph of deck B</source>
         <translation>Graph of deck B</translation>
     </message>
+    <message>
+        <source>Out of memory: %1 samples lost</source>
+        <translation>Out of memory: %1 samples lost</translation>
+    </message>
 </context>
 </TS>

@@ -50,5 +50,9 @@
         <source>Graph of deck B</source>
         <translation>Gráfico del plato B</translation>
     </message>
+    <message>
+        <source>Out of memory: %1 samples lost</source>
+        <translation>Memoria llena: %1 muestras perdidas</translation>
+    </message>
 </context>
 </TS>

@@ -50,5 +50,9 @@
         <source>Graph of deck B</source>
         <translation>Graphe de la platine B</translation>
     </message>
+    <message>
+        <source>Out of memory: %1 samples lost</source>
+        <translation>Mémoire pleine : %1 échantillons perdus</translation>
+    </message>
 </context>
 </TS>

@@ -37,7 +37,18 @@ bool QCurve::saveToPath(const QString& path) const {
                << static_cast<qint16>(otherDirection(point.direction))
                << static_cast<qint8>(point.soundOn != 0);
     }
-    return stream.status() == QDataStream::Ok && file.flush();
+    if (file.flush() && stream.status() == QDataStream::Ok) {
+        return true;
+    }
+    // A full disk: the count is put right, so that no reader takes the missing points for zeros.
+    file.close();
+    if (file.size() >= headerBytes && file.open(QIODevice::ReadWrite)) {
+        file.seek(headerBytes / 2);
+        QDataStream count(&file);
+        count.setByteOrder(QDataStream::LittleEndian);
+        count << static_cast<qint32>((file.size() - headerBytes) / recordBytes);
+    }
+    return false;
 }
 
 void QCurve::loadFromFile(const QString& fileName, bool loadBpm) {

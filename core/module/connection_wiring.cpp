@@ -56,6 +56,7 @@ void Connection::wireGraphs() {
         connect(recorder, &Recorder::s_UpdateBPM_DeckA, a, &QWPainter::resetCurve_Main);
         connect(recorder, &Recorder::s_UpdateBPM_DeckB, b, &QWPainter::resetCurve_Main);
         for (QWPainter* painter : {a, b}) {
+            connect(recorder, &Recorder::s_Overflow, painter, &QWPainter::overflow);
             connect(recorder->notifier(), &AudioNotifier::audioLevelChanged, painter->mainCurve(),
                     &QCurve::initStartTimecode);
         }

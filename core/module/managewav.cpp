@@ -22,5 +22,15 @@ bool ManageWAV::write(const QString& fileName, const QSample& sample) const {
         const auto bytes = static_cast<qint64>(piece.size_bytes());
         return file.write(reinterpret_cast<const char*>(littleEndian.data()), bytes) == bytes;
     }) && written;
-    return file.flush() && written;
+    if (file.flush() && written) {
+        return true;
+    }
+    // A full disk: what has been written is to be read by any program, so its size is put right.
+    file.close();
+    if (file.size() >= WavHeader::bytes && file.open(QIODevice::ReadWrite)) {
+        const qint64 frames = (file.size() - WavHeader::bytes) / 4;
+        writeWavHeader(file,
+                       WavHeader::stereo16(sample.sampleRate(), static_cast<std::uint64_t>(frames) * 2));
+    }
+    return false;
 }

@@ -115,6 +115,7 @@ void WorkerRecorderMultiChannelObject::record() {
     setFeeding(true);
     m_running = true;
     m_buffersSeen = 0;
+    m_overflowsTold = 0;
     m_lastBufferMs = steadyMs();
     m_state->open.store(true, std::memory_order_release);
     if (!m_stream->start()) {
@@ -193,6 +194,10 @@ void WorkerRecorderMultiChannelObject::housekeeping() {
         }
     }
     m_notifier->deliver();
+    if (const std::uint64_t lost = overflows(); lost != m_overflowsTold) {
+        m_overflowsTold = lost;
+        Q_EMIT s_Overflow(lost);
+    }
     const std::uint64_t buffers = m_state->buffers.load(std::memory_order_relaxed);
     if (buffers != m_buffersSeen) {
         m_buffersSeen = buffers;

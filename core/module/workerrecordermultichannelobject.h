@@ -43,6 +43,8 @@ public:
 Q_SIGNALS:
     void s_UpdateBPM_DeckA();
     void s_UpdateBPM_DeckB();
+    /// So many samples and points had no room in this session; told when the number grows.
+    void s_Overflow(quint64 lost);
     /// The stream has run and calls no more: the sound server is gone or stands still.
     void s_StreamLost();
 
@@ -91,5 +93,6 @@ private:
     bool m_running = false;
     QTimer m_housekeeping;
     std::uint64_t m_buffersSeen = 0;
+    std::uint64_t m_overflowsTold = 0;
     qint64 m_lastBufferMs = 0; ///< steady clock, when m_buffersSeen last changed
 };

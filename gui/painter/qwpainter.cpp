@@ -95,6 +95,7 @@ void QWPainter::refreshVariable() {
 void QWPainter::initGraph() {
     m_stillWindow = stillWindow(sampleRate(), m_performance.inputBuffer(m_deckName));
     m_latencyText.clear();
+    m_lost = 0;
     m_window = cursorWindow(m_training.activatedMode(), m_mode.graphBeats(), beatLength());
     setXRange({truncated(m_window.before), truncated(m_window.after)});
     m_y = initialYRange(m_y, m_mode.displayMode());
@@ -190,6 +191,10 @@ void QWPainter::drawTagNumber_0() {
 
 void QWPainter::ringBufferLatencyMs(double latencyMs, size_t maxFill, size_t capacity) {
     m_latencyText = latencyCaption(latencyMs, m_performance.outputBuffer(), maxFill, capacity);
+}
+
+void QWPainter::overflow(quint64 lost) {
+    m_lost = lost;
 }
 
 void QWPainter::showCountIn(int count) {

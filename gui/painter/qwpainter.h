@@ -81,6 +81,8 @@ public Q_SLOTS:
     /// Lays the graph out for its size and for what it shows.
     void refreshVariable();
     void ringBufferLatencyMs(double latencyMs, size_t maxFill, size_t capacity);
+    /// Samples and points that the session had no room for: shown until the next start.
+    void overflow(quint64 lost);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -100,6 +102,7 @@ private:
     void drawLogo(QPainter& painter);
     void drawTagNumber(QPainter& painter) const;
     void drawLatency(QPainter& painter) const; ///< one of the labels that go with the grid
+    void drawLoss(QPainter& painter) const;
     void drawCurves(const CurveScene& scene);
     void drawCursor(QPainter& painter, const GraphScale& scale) const;
     void holdScroll();
@@ -125,6 +128,7 @@ private:
     std::uint64_t m_stillWindow = 0; ///< points of stillness that stop the scroll
     int m_tagNumber = 0;
     QString m_latencyText;
+    quint64 m_lost = 0; ///< samples and points without room
     QPixmap m_logoSource;
     QPixmap m_logo; ///< the source at the size and the pixel ratio of this graph
     CurveLayer m_secondaryLayer;

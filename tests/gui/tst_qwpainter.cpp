@@ -397,6 +397,27 @@ private Q_SLOTS:
         QVERIFY(mode().modeGraphicScrollStop());
     }
 
+    void whatHadNoRoomIsShownUntilTheNextStart() {
+        const auto redPixels = [](QWPainter& graph) {
+            const QImage picture = graph.grab().toImage();
+            const int top = int(graph.layoutPixels().plotBottom) + 5;
+            int count = 0;
+            for (int y = top; y < picture.height(); ++y) {
+                for (int x = 205; x < picture.width(); ++x) {
+                    const QColor color = picture.pixelColor(x, y);
+                    count += color.red() > 150 && color.green() < 60 && color.blue() < 60;
+                }
+            }
+            return count;
+        };
+        DeckGraph deck(ModelGraph::INPUT_DECKA, {900, 300});
+        const int cursor = redPixels(deck.graph); // its text is red as well
+        deck.graph.overflow(4711);
+        QVERIFY(redPixels(deck.graph) > cursor + 20);
+        deck.graph.initGraph();
+        QCOMPARE(redPixels(deck.graph), cursor);
+    }
+
     void aResizedGraphIsLaidOutAnew() {
         DeckGraph deck;
         deck.graph.show();

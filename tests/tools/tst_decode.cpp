@@ -345,6 +345,8 @@ private Q_SLOTS:
         QTest::newRow("more points than frames")
             << generic + files + QStringList{u"--output-buffer"_s, u"1"_s, u"--output-rate"_s, u"384000"_s}
             << good;
+        QTest::newRow("an output without a name") << generic + QStringList{u"IN"_s, QString()} << good;
+        QTest::newRow("an unknown option") << generic + files + QStringList{u"--faster"_s} << good;
         QTest::newRow("a tempo in words") << generic + files + QStringList{u"--bpm"_s, u"fast"_s} << good;
     }
     void whatIsWrongIsRefusedAndNothingIsWritten() {
@@ -360,7 +362,8 @@ private Q_SLOTS:
         arguments.replaceInStrings(QRegularExpression(u"^NOWHERE$"_s), m_dir.filePath(u"no/such/out.grw"_s));
         const Decoded decoded = run(arguments);
         QVERIFY2(decoded.exitCode > 0, qPrintable(decoded.said));
-        QVERIFY(!decoded.complaint.isEmpty());
+        QVERIFY2(decoded.complaint.startsWith(u"gramoscope-decode: "_s), qPrintable(decoded.complaint));
+        QCOMPARE(decoded.complaint.trimmed().count(u'\n'), 0);
         QVERIFY(!QFile::exists(out()));
         QVERIFY(wav.open(QIODevice::ReadOnly));
         QCOMPARE(wav.readAll(), file);

@@ -149,7 +149,15 @@ int main(int argc, char* argv[]) {
     });
     parser.addPositionalArgument(u"IN.wav"_s, u"A 16-bit stereo PCM file."_s);
     parser.addPositionalArgument(u"OUT.grw"_s, u"The curve file to write."_s);
-    parser.process(application);
+    if (!parser.parse(application.arguments())) {
+        return refuse(parser.errorText() + u" See --help."_s, usageError);
+    }
+    if (parser.isSet(u"help"_s) || parser.isSet(u"help-all"_s)) {
+        parser.showHelp();
+    }
+    if (parser.isSet(u"version"_s)) {
+        parser.showVersion();
+    }
 
     const QStringList files = parser.positionalArguments();
     Options options;
@@ -166,7 +174,7 @@ int main(int argc, char* argv[]) {
         !positive(parser, u"output-rate"_s, options.outputRate) || !positive(parser, u"bpm"_s, options.bpm)) {
         return usageError;
     }
-    if (files.size() != 2) {
+    if (files.size() != 2 || files.contains(QString())) {
         return refuse(u"takes two files, IN.wav and OUT.grw; see --help"_s, usageError);
     }
     options.input = files.at(0);

@@ -162,6 +162,9 @@ if ! managed; then
 fi
 
 # ---- the deck ----
+# A second deck would get another name, and the program would hear the first.
+! timeout 5 jack_lsp 2>/dev/null | grep -q '^Virtual Deck' || die "a virtual deck plays at this JACK server already: end it first" 2
+
 deck_there() { timeout 5 jack_lsp 2>/dev/null | grep -q '^Virtual Deck'; }
 
 launch virtualdeck "$bin/gramoscope-virtualdeck" --pattern "$pattern" --timecode "$timecode"
@@ -201,14 +204,25 @@ width="" height=""
 within 60 settled || die "the program's window doesn't show up, or is only ${width:-0} by ${height:-0}"
 
 # ---- a session, recorded ----
-timeout 5 xdotool windowactivate --sync "$window" 2>/dev/null || true
+# On a screen that others use the keyboard may be elsewhere: no key is pressed before it is ours.
+focused() {
+    [ "$(timeout 5 xdotool getwindowfocus 2>/dev/null || true)" = "$window" ] && return 0
+    timeout 5 xdotool windowactivate "$window" 2>/dev/null || true
+    return 1
+}
+press() { # KEY
+    within 15 focused || die "the program's window doesn't get the keyboard"
+    timeout 5 xdotool key "$1" || die "the keyboard doesn't work"
+}
+
+within 15 focused || die "the program's window doesn't get the keyboard"
 timeout 5 xdotool mousemove --window "$window" "$record_left" "$((height - record_up))" click 1 ||
     die "the record button can't be clicked"
 sleep 0.5
 timeout 5 xdotool mousemove --window "$window" "$((width - decks_right))" "$((height - record_up))" click 1 ||
     die "the choice of decks can't be clicked"
 sleep 0.5
-timeout 5 xdotool key space || die "the keyboard doesn't work"
+press space
 say "a session runs"
 
 if [ "$seconds" -eq 0 ]; then
@@ -225,7 +239,7 @@ pause $((count_in + before))
 if [ $own_screen -eq 1 ]; then shown=root; else shown=$window; fi # nobody's desktop but our own
 timeout 30 import -window "$shown" "$out/screenshot.png" || die "no picture of the screen"
 pause $((seconds - before))
-timeout 5 xdotool key space || die "the keyboard doesn't work"
+press space
 
 # ---- the files: there, and of a size that stays ----
 listing=""

@@ -20,10 +20,16 @@ int main(int argc, char* argv[]) {
         u"Lists the sound devices that Gramo Scope can use now, one line a device and channel place."_s);
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.process(application);
-    if (!parser.positionalArguments().isEmpty()) {
-        QTextStream(stderr) << "gramoscope-devices: takes no arguments; see --help" << Qt::endl;
+    if (!parser.parse(application.arguments()) || !parser.positionalArguments().isEmpty()) {
+        const QString why = parser.errorText().isEmpty() ? u"It takes no arguments."_s : parser.errorText();
+        QTextStream(stderr) << "gramoscope-devices: " << why << " See --help." << Qt::endl;
         return 2;
+    }
+    if (parser.isSet(u"help"_s) || parser.isSet(u"help-all"_s)) {
+        parser.showHelp();
+    }
+    if (parser.isSet(u"version"_s)) {
+        parser.showVersion();
     }
 
     const SettingMixer mixer;

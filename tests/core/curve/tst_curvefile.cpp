@@ -4,7 +4,9 @@
 #include "state/recordingloopertraining.h"
 #include "state/singleton.h"
 #include "support/datafolder.h"
+#include "support/fulldisk.h"
 
+#include <QFileInfo>
 #include <QRandomGenerator>
 #include <QTest>
 #include <QtEndian>
@@ -91,6 +93,28 @@ private Q_SLOTS:
     }
 
     // ---- writing ----
+
+    void onAFullDiskTheFileSpeaksOfThePointsThatItHolds() {
+        Fixture f;
+        for (int i = 0; i < 20000; ++i) {
+            f.store.append(point(i, 2.0 * i, 0.25 * i, 0, true));
+        }
+        const QString name = newFile();
+        {
+            const FullDisk disk(100003);
+            QVERIFY(disk.isSet());
+            QVERIFY(!f.curve->saveToPath(name));
+        }
+        Fixture read;
+        read.curve->loadFromFile(name, false);
+        const CurvePointStore::View all = read.curve->points();
+        QCOMPARE(all.size(), std::size_t((QFileInfo(name).size() - 8) / 23));
+        QVERIFY(all.size() > 3000);
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            QCOMPARE(all[i].time, double(i));
+            QCOMPARE(all[i].position, 2.0 * double(i));
+        }
+    }
 
     void theBytesOfASmallFile() {
         Fixture f;

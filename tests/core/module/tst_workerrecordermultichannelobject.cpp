@@ -3,6 +3,7 @@
 #include "model/qsample.h"
 #include "module/audionotifier.h"
 #include "module/receivetimecodedvsobject.h"
+#include "module/takestore.h"
 #include "module/wavedata.h"
 #include "module/workerrecordermultichannelobject.h"
 #include "state/mode.h"
@@ -109,6 +110,30 @@ private Q_SLOTS:
         QVERIFY(rig.recorder.callbackState() == nullptr);
         QVERIFY(rig.recorder.notifier() != nullptr);
         QCOMPARE(rig.recorder.overflows(), std::uint64_t{0});
+    }
+
+    void whatHasNoRoomIsCountedAndTold() {
+        Card card;
+        Rig rig;
+        shared().mode()->modeRecorder_on();
+        rig.recorder.load(deckA, nullptr, &card.a, nullptr);
+        rig.recorder.record();
+        QSignalSpy told(&rig.recorder, &Recorder::s_Overflow);
+        // More than the blocks made ahead hold, while the GUI thread is too busy to make more.
+        constexpr std::size_t chunk = 1 << 16;
+        constexpr std::size_t room = (TakeStore::blocksAhead + 1) * TakeStore::blockSamples / 2; // frames
+        const std::vector<std::int16_t> silence(chunk * 6);
+        for (std::size_t sent = 0; sent < room + 2 * chunk; sent += chunk) {
+            lastStream().call(silence.data(), chunk);
+        }
+        const std::uint64_t lost = rig.recorder.overflows();
+        QVERIFY(lost > 0);
+        QTRY_COMPARE(told.size(), 1);
+        QCOMPARE(told.at(0).at(0).toULongLong(), quint64(lost));
+        QTest::qWait(2 * Recorder::housekeepingInterval);
+        QCOMPARE(told.size(), 1); // once for a number
+        shared().mode()->modeRecorder_off();
+        rig.recorder.stop();
     }
 
     // ---- opening ----
