@@ -8,6 +8,8 @@
 #include "model/qsample.h"
 #include "pathfile.h"
 #include "performance.h"
+#include "phrasing/phrasing.h"
+#include "phrasing/wavphrasing.h"
 #include "recordingloopertraining.h"
 #include "setting.h"
 #include "settingmixer.h"
@@ -29,10 +31,12 @@ Singleton::Singleton()
     , m_settingMixer(new SettingMixer)
     , m_midi(new Midi)
     , m_time(new Time)
+    , m_wavPhrasing(new WavPhrasing)
     , m_timecode(new Timecode)
     , m_vinyl(new Vinyl)
     , m_pathFile(new PathFile)
     , m_autoresize(new Autoresize)
+    , m_phrasing(new Phrasing)
     , m_recordingLooperTraining(new RecordingLooperTraining) {}
 
 Singleton::~Singleton() {
@@ -42,10 +46,12 @@ Singleton::~Singleton() {
     delete m_settingMixer;
     delete m_midi;
     delete m_time;
+    delete m_wavPhrasing;
     delete m_timecode;
     delete m_vinyl;
     delete m_pathFile;
     delete m_autoresize;
+    delete m_phrasing;
     delete m_recordingLooperTraining;
 }
 

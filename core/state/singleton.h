@@ -12,6 +12,7 @@ class Mode;
 class ObjectAudioDevice;
 class PathFile;
 class Performance;
+class Phrasing;
 class QSample;
 class RecordingLooperTraining;
 class Setting;
@@ -19,6 +20,7 @@ class SettingMixer;
 class Time;
 class Timecode;
 class Vinyl;
+class WavPhrasing;
 
 /// The one process-wide object through which every class reaches the shared state. Made at the first use, on
 /// the GUI thread. The pointers don't change after that, so any thread may follow them; what each object
@@ -34,10 +36,12 @@ public:
     SettingMixer* settingMixer() const { return m_settingMixer; }
     Midi* midi() const { return m_midi; }
     Time* time() const { return m_time; }
+    WavPhrasing* wavPhrasing() const { return m_wavPhrasing; }
     Timecode* timecode() const { return m_timecode; }
     Vinyl* vinyl() const { return m_vinyl; }
     PathFile* pathFile() const { return m_pathFile; }
     Autoresize* autoresize() const { return m_autoresize; }
+    Phrasing* phrasing() const { return m_phrasing; }
     RecordingLooperTraining* recordingLooperTraining() const { return m_recordingLooperTraining; }
 
     /// The device strings that the machine offers now. Slow: it starts and stops PortAudio. GUI thread.
@@ -70,9 +74,11 @@ private:
     SettingMixer* m_settingMixer;
     Midi* m_midi;
     Time* m_time;
+    WavPhrasing* m_wavPhrasing;
     Timecode* m_timecode;
     Vinyl* m_vinyl;
     PathFile* m_pathFile;
     Autoresize* m_autoresize;
+    Phrasing* m_phrasing;
     RecordingLooperTraining* m_recordingLooperTraining;
 };

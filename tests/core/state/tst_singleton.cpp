@@ -1,5 +1,8 @@
 #include "curve/autoresize.h"
+#include "model/constants.h"
 #include "model/qsample.h"
+#include "phrasing/phrasing.h"
+#include "phrasing/wavphrasing.h"
 #include "state/midi.h"
 #include "state/mode.h"
 #include "state/performance.h"
@@ -59,8 +62,17 @@ private Q_SLOTS:
                 first.midi());
         QVERIFY(first.time() && first.timecode() && first.vinyl() && first.pathFile() && first.autoresize());
         QVERIFY(first.recordingLooperTraining());
+        QVERIFY(first.phrasing() && first.wavPhrasing());
         QCOMPARE(first.mode(), Singleton::instance().mode());
         QCOMPARE(first.setting()->parent(), &first);
+    }
+
+    void noDeckShowsAreasAtStart() {
+        for (const auto deck : {deckA, deckB}) {
+            QVERIFY(shared().phrasing()->listPhrasing(deck).isEmpty());
+            QCOMPARE(shared().phrasing()->idPhrasingActivated(deck), Constant::defaultId);
+            QVERIFY(shared().wavPhrasing()->wav(deck) == nullptr);
+        }
     }
 
     void theTwoZeroMarksAreItsSlots() {
