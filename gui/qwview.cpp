@@ -28,11 +28,11 @@ namespace {
 constexpr int recordersFinishMs = 250;
 
 // The curve of a deck that takes part in the recording. A deck without a device has no file name, and a
-// nameless file would stray.
+// nameless file would stray; one whose device was silent has nothing to save.
 void saveCurve(const QWPainter& graph, const QString& baseName) {
     const bool hasDevice =
         !Singleton::instance().performance()->sample(graph.deckName())->deviceName().isEmpty();
-    if (hasDevice && !baseName.isEmpty()) {
+    if (hasDevice && !baseName.isEmpty() && !graph.mainCurve()->points().empty()) {
         graph.mainCurve()->saveToFile(baseName);
     }
 }

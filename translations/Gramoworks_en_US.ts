@@ -54,5 +54,9 @@
         <source>Out of memory: %1 samples lost</source>
         <translation>Out of memory: %1 samples lost</translation>
     </message>
+    <message>
+        <source>No sound from the device</source>
+        <translation>No sound from the device</translation>
+    </message>
 </context>
 </TS>

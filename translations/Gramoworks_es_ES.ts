@@ -54,5 +54,9 @@
         <source>Out of memory: %1 samples lost</source>
         <translation>Memoria llena: %1 muestras perdidas</translation>
     </message>
+    <message>
+        <source>No sound from the device</source>
+        <translation>No llega sonido del dispositivo</translation>
+    </message>
 </context>
 </TS>

@@ -54,5 +54,9 @@
         <source>Out of memory: %1 samples lost</source>
         <translation>Mémoire pleine : %1 échantillons perdus</translation>
     </message>
+    <message>
+        <source>No sound from the device</source>
+        <translation>Aucun son ne vient de l’appareil</translation>
+    </message>
 </context>
 </TS>

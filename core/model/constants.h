@@ -33,6 +33,7 @@ inline constexpr auto wav = ".wav"_L1;
 } // namespace Extension
 
 namespace Folder {
+inline constexpr auto userData = "Gramo Scope"_L1; ///< in the user's data location, for program and tools
 inline constexpr auto appData = "AppData"_L1;
 inline constexpr auto input = "Input"_L1;
 inline constexpr auto looper = "Looper"_L1;

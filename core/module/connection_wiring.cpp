@@ -57,6 +57,7 @@ void Connection::wireGraphs() {
         connect(recorder, &Recorder::s_UpdateBPM_DeckB, b, &QWPainter::resetCurve_Main);
         for (QWPainter* painter : {a, b}) {
             connect(recorder, &Recorder::s_Overflow, painter, &QWPainter::overflow);
+            connect(recorder, &Recorder::s_SilentInput, painter, &QWPainter::silentInput);
             connect(recorder->notifier(), &AudioNotifier::audioLevelChanged, painter->mainCurve(),
                     &QCurve::initStartTimecode);
         }
@@ -108,6 +109,8 @@ void Connection::wireRunSequence() {
     connect(mode, &Mode::s_RunApp, tool->recordToggle(), &QBToggle::disabled);
     connect(mode, &Mode::s_RunApp, m_view->painterDeckA(), &QWPainter::resetCurve_Main);
     connect(mode, &Mode::s_RunApp, m_view->painterDeckB(), &QWPainter::resetCurve_Main);
+    connect(mode, &Mode::s_RunApp, m_view->painterDeckA(), &QWPainter::forgetTrouble);
+    connect(mode, &Mode::s_RunApp, m_view->painterDeckB(), &QWPainter::forgetTrouble);
     connect(mode, &Mode::s_RunApp, mode, &Mode::modeCurrentTimerAutoresize_on);
     connect(mode, &Mode::s_RunApp, this, &Connection::timerRunAllSound);
     connect(mode, &Mode::s_RunApp, tool->bpmComboBox(), &QComboBoxBpm::disabled);

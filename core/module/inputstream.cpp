@@ -2,6 +2,7 @@
 
 #include "model/qsample.h"
 #include "state/portaudiosession.h"
+#include "state/quieterroroutput.h"
 
 #include <portaudio.h>
 
@@ -50,6 +51,7 @@ bool InputStream::open(const QSample& sample, unsigned long framesPerBuffer) {
     parameters.channelCount = sample.channelCount();
     parameters.sampleFormat = paInt16;
     parameters.suggestedLatency = device->defaultLowInputLatency;
+    const QuietErrorOutput quiet;
     Pa_IsFormatSupported(&parameters, nullptr, sample.sampleRate()); // some drivers want to be asked first
     PaStream* stream = nullptr;
     if (Pa_OpenStream(&stream, &parameters, nullptr, sample.sampleRate(), framesPerBuffer, paNoFlag,
@@ -61,7 +63,11 @@ bool InputStream::open(const QSample& sample, unsigned long framesPerBuffer) {
 }
 
 bool InputStream::start() {
-    return m_stream != nullptr && Pa_StartStream(m_stream) == paNoError;
+    if (m_stream == nullptr) {
+        return false;
+    }
+    const QuietErrorOutput quiet;
+    return Pa_StartStream(m_stream) == paNoError;
 }
 
 bool InputStream::close(std::chrono::milliseconds wait) {

@@ -33,6 +33,10 @@ void quitOnSystemSignals() {
     action.sa_handler = wake;
     action.sa_flags = SA_RESTART;
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction inherited = {};
+        if (sigaction(signal, nullptr, &inherited) == 0 && inherited.sa_handler == SIG_IGN) {
+            continue; // whoever started the process wants it to outlive this one, as nohup does
+        }
         sigaction(signal, &action, nullptr);
     }
 }

@@ -105,11 +105,17 @@ void WorkerRecorderMultiChannelObject::load(ModelGraph::EnumGraph name, QSample*
     prepareGroup(m_state->deckA, m_deckA, recording);
     prepareGroup(m_state->deckB, m_deckB, recording);
     m_stream = std::make_unique<InputStream>(m_state);
-    m_stream->open(*m_mainSample, static_cast<unsigned long>(shared.performance()->inputBuffer(name)));
+    if (!m_stream->open(*m_mainSample, static_cast<unsigned long>(shared.performance()->inputBuffer(name)))) {
+        tellSilent(true);
+    }
 }
 
 void WorkerRecorderMultiChannelObject::record() {
-    if (!isOpen() || m_running) {
+    if (m_stream == nullptr || m_running) {
+        return;
+    }
+    if (!isOpen()) {
+        tellSilent(true);
         return;
     }
     setFeeding(true);
@@ -122,14 +128,25 @@ void WorkerRecorderMultiChannelObject::record() {
         m_state->open.store(false, std::memory_order_release);
         setFeeding(false);
         m_running = false;
+        tellSilent(true);
         return;
     }
+    m_silent = false;
     m_housekeeping.start();
 }
 
 void WorkerRecorderMultiChannelObject::setFeeding(bool feeding) {
     for (Group* group : {&m_deckA, &m_deckB}) {
         group->decoder->setFed(feeding && group->sample != nullptr);
+    }
+}
+
+void WorkerRecorderMultiChannelObject::tellSilent(bool silent) {
+    m_silent = silent;
+    for (const Group* group : groups()) {
+        if (group->sample != nullptr) {
+            Q_EMIT s_SilentInput(group->name, silent);
+        }
     }
 }
 
@@ -168,7 +185,8 @@ void WorkerRecorderMultiChannelObject::writeTakes() {
         if (group->sample == nullptr || group->take == nullptr) {
             continue;
         }
-        if (shared.mode()->modeRecorder()) {
+        // A device that was silent leaves no file that holds nothing.
+        if (shared.mode()->modeRecorder() && group->take->samples().size() > 0) {
             const QDir folder(shared.pathFile()->pathDirectoryRecording());
             group->take->write(folder.filePath(group->sample->fileName()), *group->sample);
         }
@@ -202,9 +220,16 @@ void WorkerRecorderMultiChannelObject::housekeeping() {
     if (buffers != m_buffersSeen) {
         m_buffersSeen = buffers;
         m_lastBufferMs = steadyMs();
-    } else if (buffers > 0 && steadyMs() - m_lastBufferMs > lostAfter) {
-        m_housekeeping.stop();
-        Q_EMIT s_StreamLost();
+        if (m_silent) {
+            tellSilent(false);
+        }
+    } else if (steadyMs() - m_lastBufferMs > lostAfter) {
+        if (buffers > 0) {
+            m_housekeeping.stop();
+            Q_EMIT s_StreamLost();
+        } else if (!m_silent) {
+            tellSilent(true);
+        }
     }
 }
 

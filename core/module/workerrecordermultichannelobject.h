@@ -24,7 +24,7 @@ class WorkerRecorderMultiChannelObject : public QObject {
     Q_OBJECT
 public:
     static constexpr int housekeepingInterval = 200; ///< ms
-    static constexpr int lostAfter = 2000;           ///< ms without a buffer once the stream has run
+    static constexpr int lostAfter = 2000;           ///< ms without a buffer
 
     WorkerRecorderMultiChannelObject(CurvePointRing& ringA, CurvePointStore& pointsA, CurvePointRing& ringB,
                                      CurvePointStore& pointsB, QObject* parent = nullptr);
@@ -45,6 +45,9 @@ Q_SIGNALS:
     void s_UpdateBPM_DeckB();
     /// So many samples and points had no room in this session; told when the number grows.
     void s_Overflow(quint64 lost);
+    /// Nothing comes from the device of input `name`: its stream couldn't be opened or started, or has
+    /// brought no buffer yet within lostAfter. False when one comes after all.
+    void s_SilentInput(ModelGraph::EnumGraph name, bool silent);
     /// The stream has run and calls no more: the sound server is gone or stands still.
     void s_StreamLost();
 
@@ -53,8 +56,8 @@ public Q_SLOTS:
     void load(ModelGraph::EnumGraph name, QSample* master, QSample* deckA, QSample* deckB);
     /// Starts the stream.
     void record();
-    /// Stops and closes the stream and writes the takes. Never waits for a lost server longer than a
-    /// deadline, and then only after the takes have been written.
+    /// Stops and closes the stream and writes the takes of the inputs that have delivered something. Never
+    /// waits for a lost server longer than a deadline, and then only after the takes have been written.
     void stop();
     /// Forgets the samples and takes; nothing is freed. Not while the stream is open.
     void init();
@@ -79,6 +82,8 @@ private:
     void setFeeding(bool feeding);
     bool restart(Group& group, InputGroup* target);
     bool callbacksMissing() const;
+    /// For each input that is served.
+    void tellSilent(bool silent);
     void writeTakes();
     void housekeeping();
 
@@ -91,6 +96,7 @@ private:
     Group m_deckB;
     Group m_master;
     bool m_running = false;
+    bool m_silent = false; ///< what s_SilentInput has said last
     QTimer m_housekeeping;
     std::uint64_t m_buffersSeen = 0;
     std::uint64_t m_overflowsTold = 0;

@@ -24,33 +24,61 @@ bool writable(const QString& folder) {
     return QDir().mkpath(folder);
 }
 
-void copyTree(const QString& from, const QString& to) {
+// The same, but makes nothing: for a folder that is missing, the nearest one above it tells.
+bool couldBeWritten(const QString& folder) {
+    QFileInfo info(folder);
+    while (!info.exists() && !info.isSymLink() && !info.isRoot()) {
+        info.setFile(info.path());
+    }
+    return info.isDir() && info.isWritable();
+}
+
+// False as soon as something can't be written.
+bool copyTree(const QString& from, const QString& to) {
     QDirIterator entries(from, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
                          QDirIterator::Subdirectories);
     while (entries.hasNext()) {
         const QString source = entries.next();
         const QString target = QDir(to).filePath(QDir(from).relativeFilePath(source));
-        if (entries.fileInfo().isDir()) {
-            QDir().mkpath(target);
+        const QFileInfo info = entries.fileInfo();
+        if (!info.isReadable()) {
             continue;
         }
-        QDir().mkpath(QFileInfo(target).path());
-        if (QFile::copy(source, target)) {
-            QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
+        if (!QDir().mkpath(info.isDir() ? target : QFileInfo(target).path())) {
+            return false;
         }
+        if (info.isDir()) {
+            continue;
+        }
+        if (!QFile::copy(source, target)) {
+            return false;
+        }
+        QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
     }
+    return true;
 }
 
+QString besideRoot() {
+    return QDir(QCoreApplication::applicationDirPath()).filePath(Folder::appData);
+}
+
+// Named after the product, not after the application: the tools share it.
 QString userDataRoot() {
-    return QDir(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation))
+    return QDir(QDir(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation))
+                    .filePath(Folder::userData))
         .filePath(Folder::appData);
 }
 
-QString& dataRoot() {
+// Empty until it is chosen.
+QString& chosenRoot() {
     static QString root;
+    return root;
+}
+
+const QString& dataRoot() {
+    QString& root = chosenRoot();
     if (root.isEmpty()) {
-        root = chooseDataFolder(QDir(QCoreApplication::applicationDirPath()).filePath(Folder::appData),
-                                userDataRoot());
+        root = chooseDataFolder(besideRoot(), userDataRoot());
     }
     return root;
 }
@@ -67,27 +95,33 @@ QString withoutWav(const QString& name) {
 } // namespace
 
 QString chooseDataFolder(const QString& beside, const QString& fallback) {
-    if (writable(beside)) {
-        return beside;
-    }
-    fillDataFolder(beside, fallback);
-    return fallback;
+    return writable(beside) || !fillDataFolder(beside, fallback) ? beside : fallback;
 }
 
-void fillDataFolder(const QString& from, const QString& to) {
+QString presentDataFolder(const QString& beside, const QString& fallback) {
+    return couldBeWritten(beside) || !QFileInfo(fallback).isDir() ? beside : fallback;
+}
+
+bool fillDataFolder(const QString& from, const QString& to) {
     if (QFileInfo::exists(to)) {
-        return; // what the user has changed or thrown away there stays so
+        return QFileInfo(to).isDir(); // what the user has changed or thrown away there stays so
     }
     // Under another name until it is whole, so that a copy that was cut short is made again.
     const QString part = to + QStringLiteral(".part");
     QDir(part).removeRecursively();
-    QDir().mkpath(part);
-    copyTree(from, part);
-    QDir().rename(part, to);
+    if (QDir().mkpath(part) && copyTree(from, part) && QDir().rename(part, to)) {
+        return true;
+    }
+    QDir(part).removeRecursively();
+    return QFileInfo(to).isDir(); // another process may have been first
 }
 
 void useDataFolder(const QString& folder) {
-    dataRoot() = folder;
+    chosenRoot() = folder;
+}
+
+void onlyReadDataFolder() {
+    useDataFolder(presentDataFolder(besideRoot(), userDataRoot()));
 }
 
 QString pathData(const QString& name) {

@@ -4,8 +4,9 @@
 #include <QPixmap>
 #include <QString>
 
-/// Root of the data: "AppData" beside the executable or, where that can't be written, a folder in the user's
-/// data location that is filled once from the delivered one. Found at the first call. All paths below it.
+/// Root of the data: "AppData" beside the executable or, where that can't be written, "Gramo Scope/AppData"
+/// in the user's data location, filled once from the delivered one. Found at the first call. All paths below
+/// it.
 QString pathData(const QString& name);
 QString pathInput(const QString& name);
 QString pathLooper(const QString& name);
@@ -25,14 +26,21 @@ QString pathSound(const QString& name);
 QString resourceFile(const QString& name);
 
 /// Decides where the data lies. `beside` is the folder beside the executable, `fallback` the user's. Returns
-/// the one to use; the fallback is filled from `beside` when it is first needed.
+/// the one to use; the fallback is filled from `beside` when it is first needed. Where that fails it is
+/// `beside`, to be read at least.
 QString chooseDataFolder(const QString& beside, const QString& fallback);
-/// Makes `to` a copy of `from`, files writable, once: a folder `to` that is there stays as it is.
-void fillDataFolder(const QString& from, const QString& to);
+/// The one of the two that chooseDataFolder would use, as far as it is there; makes and fills nothing.
+QString presentDataFolder(const QString& beside, const QString& fallback);
+/// Makes `to` a copy of `from`, files writable, once: a folder `to` that is there stays as it is. What can't
+/// be read is left out. False if `to` isn't a whole copy; then nothing is left of it.
+bool fillDataFolder(const QString& from, const QString& to);
 
 /// Puts the data somewhere else: for the tools and the tests, which leave the user's files alone. Before
 /// Singleton exists.
 void useDataFolder(const QString& folder);
+/// Takes the data from where they lie now, without making a folder: for the tools that only read. Before any
+/// path is asked for.
+void onlyReadDataFolder();
 
 /// The names of the files of the running recording. GUI thread.
 class PathFile : public QObject {

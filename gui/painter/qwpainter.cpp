@@ -95,7 +95,6 @@ void QWPainter::refreshVariable() {
 void QWPainter::initGraph() {
     m_stillWindow = stillWindow(sampleRate(), m_performance.inputBuffer(m_deckName));
     m_latencyText.clear();
-    m_lost = 0;
     m_window = cursorWindow(m_training.activatedMode(), m_mode.graphBeats(), beatLength());
     setXRange({truncated(m_window.before), truncated(m_window.after)});
     m_y = initialYRange(m_y, m_mode.displayMode());
@@ -195,6 +194,17 @@ void QWPainter::ringBufferLatencyMs(double latencyMs, size_t maxFill, size_t cap
 
 void QWPainter::overflow(quint64 lost) {
     m_lost = lost;
+}
+
+void QWPainter::silentInput(ModelGraph::EnumGraph name, bool silent) {
+    if (name == m_deckName) {
+        m_silent = silent;
+    }
+}
+
+void QWPainter::forgetTrouble() {
+    m_lost = 0;
+    m_silent = false;
 }
 
 void QWPainter::showCountIn(int count) {

@@ -83,6 +83,11 @@ public Q_SLOTS:
     void ringBufferLatencyMs(double latencyMs, size_t maxFill, size_t capacity);
     /// Samples and points that the session had no room for: shown until the next start.
     void overflow(quint64 lost);
+    /// Whether nothing comes from the device of input `name`: shown until the next start. Another input than
+    /// this deck's doesn't count.
+    void silentInput(ModelGraph::EnumGraph name, bool silent);
+    /// A session starts: what went wrong in the last one isn't shown any more.
+    void forgetTrouble();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -102,7 +107,7 @@ private:
     void drawLogo(QPainter& painter);
     void drawTagNumber(QPainter& painter) const;
     void drawLatency(QPainter& painter) const; ///< one of the labels that go with the grid
-    void drawLoss(QPainter& painter) const;
+    void drawTrouble(QPainter& painter) const;
     void drawCurves(const CurveScene& scene);
     void drawCursor(QPainter& painter, const GraphScale& scale) const;
     void holdScroll();
@@ -129,6 +134,7 @@ private:
     int m_tagNumber = 0;
     QString m_latencyText;
     quint64 m_lost = 0; ///< samples and points without room
+    bool m_silent = false;
     QPixmap m_logoSource;
     QPixmap m_logo; ///< the source at the size and the pixel ratio of this graph
     CurveLayer m_secondaryLayer;

@@ -67,7 +67,7 @@ void QWPainter::paintEvent(QPaintEvent*) {
     if (options.grid && options.latency) {
         drawLatency(painter);
     }
-    drawLoss(painter);
+    drawTrouble(painter);
     drawCurves({painter, scale, options, QRectF(rect())});
     drawCursor(painter, scale);
     holdScroll();
@@ -136,14 +136,15 @@ void QWPainter::drawLatency(QPainter& painter) const {
                      m_latencyText);
 }
 
-void QWPainter::drawLoss(QPainter& painter) const {
-    if (m_lost == 0) {
+void QWPainter::drawTrouble(QPainter& painter) const {
+    if (m_lost == 0 && !m_silent) {
         return;
     }
     const TextStyle style(painter, ModelGraph::CURRENT);
     const int top = truncated(m_layout.plotBottom);
-    painter.drawText(QRect(205, top, width() - 365, m_layout.captionBottom - top),
-                     Qt::AlignLeft | Qt::AlignBottom, tr("Out of memory: %1 samples lost").arg(m_lost));
+    painter.drawText(
+        QRect(205, top, width() - 365, m_layout.captionBottom - top), Qt::AlignLeft | Qt::AlignBottom,
+        m_silent ? tr("No sound from the device") : tr("Out of memory: %1 samples lost").arg(m_lost));
 }
 
 void QWPainter::drawCurves(const CurveScene& scene) {

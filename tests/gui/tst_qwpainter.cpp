@@ -1,4 +1,5 @@
 #include "gui/support/deckgraph.h"
+#include "gui/support/redpixels.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -398,24 +399,31 @@ private Q_SLOTS:
     }
 
     void whatHadNoRoomIsShownUntilTheNextStart() {
-        const auto redPixels = [](QWPainter& graph) {
-            const QImage picture = graph.grab().toImage();
-            const int top = int(graph.layoutPixels().plotBottom) + 5;
-            int count = 0;
-            for (int y = top; y < picture.height(); ++y) {
-                for (int x = 205; x < picture.width(); ++x) {
-                    const QColor color = picture.pixelColor(x, y);
-                    count += color.red() > 150 && color.green() < 60 && color.blue() < 60;
-                }
-            }
-            return count;
-        };
         DeckGraph deck(ModelGraph::INPUT_DECKA, {900, 300});
-        const int cursor = redPixels(deck.graph); // its text is red as well
+        const int cursor = redPixelsBelowThePlot(deck.graph); // its text is red as well
         deck.graph.overflow(4711);
-        QVERIFY(redPixels(deck.graph) > cursor + 20);
+        QVERIFY(redPixelsBelowThePlot(deck.graph) > cursor + 20);
+        deck.graph.initGraph(); // as for another display mode
+        QVERIFY(redPixelsBelowThePlot(deck.graph) > cursor + 20);
+        deck.graph.forgetTrouble();
+        QCOMPARE(redPixelsBelowThePlot(deck.graph), cursor);
+    }
+    void aSilentDeviceIsShownUntilItSoundsOrTheNextStart() {
+        DeckGraph deck(ModelGraph::INPUT_DECKB, {900, 300});
+        const int cursor = redPixelsBelowThePlot(deck.graph);
+        deck.graph.silentInput(ModelGraph::INPUT_DECKA, true);
+        deck.graph.silentInput(ModelGraph::INPUT_MASTER, true);
+        QCOMPARE(redPixelsBelowThePlot(deck.graph), cursor); // not its own
+        deck.graph.silentInput(ModelGraph::INPUT_DECKB, true);
+        QVERIFY(redPixelsBelowThePlot(deck.graph) > cursor + 20);
+        deck.graph.silentInput(ModelGraph::INPUT_DECKA, false);
         deck.graph.initGraph();
-        QCOMPARE(redPixels(deck.graph), cursor);
+        QVERIFY(redPixelsBelowThePlot(deck.graph) > cursor + 20);
+        deck.graph.silentInput(ModelGraph::INPUT_DECKB, false);
+        QCOMPARE(redPixelsBelowThePlot(deck.graph), cursor);
+        deck.graph.silentInput(ModelGraph::INPUT_DECKB, true);
+        deck.graph.forgetTrouble();
+        QCOMPARE(redPixelsBelowThePlot(deck.graph), cursor);
     }
 
     void aResizedGraphIsLaidOutAnew() {

@@ -274,13 +274,14 @@ private Q_SLOTS:
             QCOMPARE(QFileInfo(folder.filePath(files.last())).size(), qint64{8 + 23 * 20});
         }
     }
-    void aChosenDeckThatStoodStillSavesAnEmptyCurve() {
+    void aChosenDeckThatDeliveredNothingLeavesNoFile() {
         plugIn();
         Window w;
+        addPoints(w.mainB, 20, 64.0);
         mode().modeRecorder_on();
-        mode().setInputMode(ModelInput::TEXT_A);
+        mode().setInputMode(ModelInput::TEXT_A_B);
         w.view->exportFile();
-        QCOMPARE(recordedCurves(), QStringList{QStringLiteral("takeA.grw")});
+        QCOMPARE(recordedCurves(), QStringList{QStringLiteral("takeB.grw")});
     }
     void aDeckWithoutADeviceLeavesNoStrayFile() {
         plugIn();

@@ -1,5 +1,6 @@
 // Sessions through a real sound server with virtual decks: what is kept is what the decks sent.
 
+#include "gui/support/redpixels.h"
 #include "liverig.h"
 #include "session.h"
 #include "takecheck.h"
@@ -264,7 +265,7 @@ private Q_SLOTS:
     }
 
     // Last: it takes the server away.
-    void aKilledServerEndsTheSessionWithinSecondsAndTheTakeIsKept() {
+    void aKilledServerEndsTheSessionWithinSecondsTheTakeIsKeptAndTheNextSessionSaysThatItIsSilent() {
         VirtualDeck deck(m_deckArguments);
         QVERIFY(deck.start());
         Session::store({u"Virtual Deck"_s, u"4p0"_s}, {u"Virtual Deck"_s, u"4p1"_s}, {});
@@ -281,6 +282,15 @@ private Q_SLOTS:
         for (const QString& file : Session::files(u"*.wav"_s)) {
             QVERIFY(readWave(Session::folder().filePath(file))->length() > 48000);
         }
+
+        const QString first = Session::folder().path();
+        QWPainter& graph = *session.connection().view()->painterDeckA();
+        const int before = redPixelsBelowThePlot(graph);
+        QVERIFY(session.start());
+        QVERIFY(redPixelsBelowThePlot(graph) > before + 20);
+        QVERIFY(session.stop());
+        QVERIFY(Session::folder().path() != first);
+        QVERIFY(!Session::folder().exists());
     }
 };
 

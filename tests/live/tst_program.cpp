@@ -1,11 +1,15 @@
 // The program as a process of its own under a real X server and window manager.
 
 #include "liverig.h"
+#include "support/unprivileged.h"
 
 #include <QApplication>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <csignal>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -130,6 +134,44 @@ private Q_SLOTS:
         QCOMPARE(program.exitCode(), 0);
         QVERIFY(QFileInfo::exists(place.filePath(u"AppData/Input/config.ini"_s)));
         QVERIFY(QDir(elsewhere.path()).isEmpty());
+    }
+
+    void withNoFolderThatCanBeWrittenItStillRuns() {
+        QTemporaryDir place;
+        const QString file = installed(place);
+        QCOMPARE(QProcess::execute(u"chmod"_s, {u"-R"_s, u"a-w,a+rX"_s, place.path()}), 0);
+        const auto removable = qScopeGuard([&] {
+            QProcess::execute(u"chmod"_s, {u"-R"_s, u"u+w"_s, place.path()});
+        });
+        QProcess program;
+        QProcessEnvironment nowhere = environment(place);
+        nowhere.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s); // the screen belongs to somebody else
+        nowhere.insert(u"XDG_DATA_HOME"_s, u"/dev/null"_s);
+        program.setProcessEnvironment(nowhere);
+        runUnprivileged(program);
+        program.start(file, QStringList());
+        QVERIFY(program.waitForStarted());
+        QTest::qWait(4000); // beyond the splash
+        QCOMPARE(program.state(), QProcess::Running);
+        program.terminate();
+        QVERIFY(program.waitForFinished(10000));
+        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(program.exitCode(), 0);
+        QVERIFY(!QFileInfo::exists(place.filePath(u"AppData/Input/config.ini"_s)));
+    }
+
+    void startedToIgnoreTheHangUpItOutlivesIt() {
+        QTemporaryDir place;
+        QProcess program;
+        program.setProcessEnvironment(environment(place));
+        program.start(u"nohup"_s, {installed(place)});
+        QVERIFY(QTest::qWaitFor([&] { return !mainWindow(program.processId()).isEmpty(); }, 20000));
+        QCOMPARE(::kill(pid_t(program.processId()), SIGHUP), 0);
+        QTest::qWait(1000);
+        QCOMPARE(program.state(), QProcess::Running);
+        program.terminate();
+        QVERIFY(program.waitForFinished(10000));
+        QCOMPARE(program.exitCode(), 0);
     }
 
     void askedToEndBySignalItSavesTheRunningTake() {

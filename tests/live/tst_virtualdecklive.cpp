@@ -4,6 +4,8 @@
 #include "syntheticrecord.h"
 
 #include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <jack/jack.h>
@@ -286,6 +288,35 @@ private Q_SLOTS:
         QCOMPARE(deck.exitStatus(), QProcess::NormalExit);
         QCOMPARE(deck.exitCode(), 1);
         QVERIFY(deck.readAllStandardError().contains("the JACK server is gone"));
+    }
+
+    // The listing finds the known devices where the program keeps them.
+    void theListingReadsTheUsersFolderWhereItsOwnCantBeHad() {
+        JackServer server(serverName(u"list"_s));
+        QVERIFY(server.start());
+        Deck deck(server, {});
+        QTemporaryDir place;
+        const QString listing = place.filePath(u"gramoscope-devices"_s);
+        QVERIFY(QFile::copy(QDir(QStringLiteral(GRAMO_BIN_DIR)).filePath(u"gramoscope-devices"_s), listing));
+        const QString input = place.filePath(u"user/Gramo Scope/AppData/Input"_s);
+        QVERIFY(QDir().mkpath(input));
+        for (const auto& [name, content] :
+             {std::pair{input + u"/MixerWindows.ini"_s, "[Virtual%20Deck]\nname=deck\ninputA=1\n"},
+              std::pair{place.filePath(u"AppData"_s), "a file in the way"}}) {
+            QFile file(name);
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) > 0);
+        }
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"JACK_DEFAULT_SERVER"_s, server.name());
+        environment.insert(u"XDG_DATA_HOME"_s, place.filePath(u"user"_s));
+        process.setProcessEnvironment(environment);
+        process.start(listing, QStringList());
+        QVERIFY(process.waitForFinished(15000));
+        QCOMPARE(process.exitCode(), 0);
+        const QString said = QString::fromUtf8(process.readAllStandardOutput());
+        static const QRegularExpression labelled(u"\\[Virtual Deck\\]-48000/4p1-\\w*-Input DeckA\n"_s);
+        QVERIFY2(labelled.match(said).hasMatch(), qPrintable(said));
     }
 
     void aServerThatFallsSilentIsReported() {

@@ -5,6 +5,7 @@
 #include <portaudio.h>
 
 #include <atomic>
+#include <cstdio>
 #include <string>
 #include <thread>
 #include <vector>
@@ -43,6 +44,7 @@ struct FakePortAudio {
     std::atomic<int> initialised{0}; ///< less the terminations
     bool startable = true;           ///< Pa_Initialize succeeds
     bool openable = true;            ///< Pa_OpenStream succeeds
+    bool streamStartable = true;     ///< Pa_StartStream succeeds; if not, it complains as the library does
     std::atomic<bool> hang{false};   ///< Pa_StopStream doesn't come back while this is set
     std::vector<PaDeviceInfo> infos;
 
@@ -102,6 +104,7 @@ PaError Pa_OpenStream(PaStream** stream, const PaStreamParameters* input, const 
                       void* user) {
     FakePortAudio& fake = FakePortAudio::instance();
     if (!fake.openable) {
+        std::fputs("Expression 'open' failed\n", stderr);
         return paDeviceUnavailable;
     }
     auto* opened = new FakeStream{*input, rate, frames, flags, callback, user, output != nullptr};
@@ -111,6 +114,10 @@ PaError Pa_OpenStream(PaStream** stream, const PaStreamParameters* input, const 
 }
 
 PaError Pa_StartStream(PaStream* stream) {
+    if (!FakePortAudio::instance().streamStartable) {
+        std::fputs("Expression 'start' failed\n", stderr);
+        return paUnanticipatedHostError;
+    }
     static_cast<FakeStream*>(stream)->started = true;
     return paNoError;
 }

@@ -16,6 +16,9 @@
 
 #include <cmath>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -58,11 +61,15 @@ class tst_Decode : public QObject {
     QString in() const { return m_dir.filePath(u"in.wav"_s); }
     QString out() const { return m_dir.filePath(u"out.grw"_s); }
 
-    Decoded run(const QStringList& arguments) const {
+    Decoded run(const QStringList& arguments, const QString& executable = program(),
+                const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment()) const {
         Decoded decoded;
         QProcess process;
-        process.start(program(), arguments);
+        process.setProcessEnvironment(environment);
+        process.start(executable, arguments);
         if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit) {
+            process.kill();
+            process.waitForFinished();
             return decoded;
         }
         decoded.exitCode = process.exitCode();
@@ -367,6 +374,67 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(out()));
         QVERIFY(wav.open(QIODevice::ReadOnly));
         QCOMPARE(wav.readAll(), file);
+    }
+
+    void theInputIsNeverOverwritten_data() {
+        QTest::addColumn<QString>("output");
+        QTest::newRow("its own name") << u"in.wav"_s;
+        QTest::newRow("a hard link to it") << u"hard.grw"_s;
+        QTest::newRow("a symbolic link to it") << u"soft.grw"_s;
+        QTest::newRow("another way to it") << u"way/in.wav"_s;
+    }
+    void theInputIsNeverOverwritten() {
+        QFETCH(QString, output);
+        QTemporaryDir folder;
+        const QString wav = folder.filePath(u"in.wav"_s);
+        QVERIFY(write(record(builtRow("generic_V2"), 48000, 1.0, 0.2), 48000));
+        QVERIFY(QFile::copy(in(), wav));
+        QCOMPARE(link(qPrintable(wav), qPrintable(folder.filePath(u"hard.grw"_s))), 0);
+        QVERIFY(QFile::link(wav, folder.filePath(u"soft.grw"_s)));
+        QVERIFY(QFile::link(folder.path(), folder.filePath(u"way"_s)));
+        const Decoded decoded = run({u"--timecode"_s, u"generic_V2"_s, wav, folder.filePath(output)});
+        QCOMPARE(decoded.exitCode, 1);
+        QVERIFY2(decoded.complaint.startsWith(u"gramoscope-decode: "_s), qPrintable(decoded.complaint));
+        QFile before(in());
+        QFile after(wav);
+        QVERIFY(before.open(QIODevice::ReadOnly) && after.open(QIODevice::ReadOnly));
+        QVERIFY(before.readAll() == after.readAll());
+    }
+
+    void anInputThatIsNoFileIsRefusedAtOnce_data() {
+        QTest::addColumn<QString>("input");
+        QTest::newRow("a pipe that nobody writes to") << u"pipe"_s;
+        QTest::newRow("a folder") << u"."_s;
+        QTest::newRow("a device") << u"/dev/zero"_s;
+    }
+    void anInputThatIsNoFileIsRefusedAtOnce() {
+        QFETCH(QString, input);
+        QTemporaryDir folder;
+        QCOMPARE(mkfifo(qPrintable(folder.filePath(u"pipe"_s)), 0600), 0);
+        QFile::remove(out());
+        const QString wav = QDir(folder.path()).absoluteFilePath(input);
+        const Decoded decoded = run({u"--timecode"_s, u"generic_V2"_s, wav, out()});
+        QVERIFY2(decoded.complaint.contains(u"is no file"_s), qPrintable(decoded.complaint));
+        QCOMPARE(decoded.exitCode, 1);
+        QVERIFY(!QFile::exists(out()));
+    }
+
+    void withoutATemporaryFolderNothingIsWritten() {
+        // A copy, with room for an "AppData" beside it.
+        QTemporaryDir place;
+        const QString copy = place.filePath(u"gramoscope-decode"_s);
+        QVERIFY(QFile::copy(program(), copy));
+        QVERIFY(write(record(builtRow("generic_V2"), 48000, 1.0, 0.2), 48000));
+        QFile::remove(out());
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"TMPDIR"_s, u"/proc"_s); // nobody makes a folder there, not even root
+        environment.insert(u"XDG_DATA_HOME"_s, place.filePath(u"user"_s));
+        const Decoded decoded = run({u"--timecode"_s, u"generic_V2"_s, in(), out()}, copy, environment);
+        QCOMPARE(decoded.exitCode, 1);
+        QVERIFY2(decoded.complaint.startsWith(u"gramoscope-decode: "_s), qPrintable(decoded.complaint));
+        QVERIFY(!QFile::exists(out()));
+        QCOMPARE(QDir(place.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 QStringList(u"gramoscope-decode"_s));
     }
 
     void aFileCutShortIsDecodedAsFarAsItGoes() {

@@ -15,13 +15,17 @@ struct Run {
     QString complaint;
 };
 
-Run devices(const QStringList& arguments) {
+QString program() {
+    return QDir(QStringLiteral(GRAMO_BIN_DIR)).filePath(u"gramoscope-devices"_s);
+}
+
+Run devices(const QStringList& arguments, const QString& executable = program(),
+            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment()) {
     QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"JACK_DEFAULT_SERVER"_s, u"no-such-server"_s);
     environment.insert(u"JACK_NO_START_SERVER"_s, u"1"_s);
     process.setProcessEnvironment(environment);
-    process.start(QDir(QStringLiteral(GRAMO_BIN_DIR)).filePath(u"gramoscope-devices"_s), arguments);
+    process.start(executable, arguments);
     if (!process.waitForFinished(30000) || process.exitStatus() != QProcess::NormalExit) {
         return {};
     }
@@ -46,6 +50,25 @@ private Q_SLOTS:
             QVERIFY2(line == u"inputs"_s || line == u"outputs"_s || line.startsWith(u"  "_s),
                      qPrintable(line));
         }
+    }
+
+    void aListingMakesNoFolder_data() {
+        QTest::addColumn<bool>("inTheWay");
+        QTest::newRow("its own folder could be written") << false;
+        QTest::newRow("its own folder can't be had") << true;
+    }
+    void aListingMakesNoFolder() {
+        QFETCH(bool, inTheWay);
+        QTemporaryDir place;
+        const QString copy = place.filePath(u"gramoscope-devices"_s);
+        QVERIFY(QFile::copy(program(), copy));
+        QFile beside(place.filePath(u"AppData"_s));
+        QVERIFY(!inTheWay || beside.open(QIODevice::WriteOnly));
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"XDG_DATA_HOME"_s, place.filePath(u"user"_s));
+        const QStringList before = QDir(place.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+        QCOMPARE(devices({}, copy, environment).exitCode, 0);
+        QCOMPARE(QDir(place.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), before);
     }
 
     void helpAndVersionAreAnsweredOnStdout() {

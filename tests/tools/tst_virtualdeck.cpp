@@ -168,6 +168,7 @@ private Q_SLOTS:
         row("rate too high", "--wav x.wav --rate 192001", "--rate");
         row("a third deck", "--wav x.wav --deck C", "--deck");
         row("a file and a server", "--wav x.wav --server default", "--server");
+        row("a file without a name", "--wav ", "--wav takes");
         row("unknown option", "--loud", "loud");
         row("missing value", "--bpm", "bpm");
         row("stray word", "baby", "baby");

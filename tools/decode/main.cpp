@@ -27,6 +27,10 @@
 #include <optional>
 #include <vector>
 
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
+
 namespace {
 
 using namespace Qt::Literals::StringLiterals;
@@ -118,6 +122,19 @@ bool decode(const Options& options, QFile& wav, const WaveSound& sound, QString&
     return true;
 }
 
+// Whether `name` leads to the very file that stands open here, by whatever path or link.
+bool isSameFile(const QFile& open, const QString& name) {
+#ifdef Q_OS_UNIX
+    struct stat here = {};
+    struct stat there = {};
+    if (fstat(open.handle(), &here) == 0 && stat(QFile::encodeName(name).constData(), &there) == 0 &&
+        here.st_dev == there.st_dev && here.st_ino == there.st_ino) {
+        return true;
+    }
+#endif
+    return QFileInfo(open) == QFileInfo(name);
+}
+
 // A number above 0 from an option; false, with a message, for anything else.
 bool positive(const QCommandLineParser& parser, const QString& name, double& value) {
     bool ok = false;
@@ -180,6 +197,10 @@ int main(int argc, char* argv[]) {
     options.input = files.at(0);
     options.output = files.at(1);
 
+    // Asked before it is opened: a pipe that nobody writes to would block that.
+    if (const QFileInfo input(options.input); input.exists() && !input.isFile()) {
+        return refuse(u"cannot read %1: it is no file"_s.arg(options.input), fileError);
+    }
     QFile wav(options.input);
     if (!wav.open(QIODevice::ReadOnly)) {
         return refuse(u"cannot read %1: %2"_s.arg(options.input, wav.errorString()), fileError);
@@ -188,20 +209,26 @@ int main(int argc, char* argv[]) {
     if (!sound) {
         return refuse(u"%1 is no 16-bit stereo PCM file"_s.arg(options.input), fileError);
     }
+    // The decoder reads its timecode from the settings; these are not the user's. Static, and made before the
+    // shared state: it goes after the settings have been written for the last time.
+    static const QTemporaryDir data;
+    if (!data.isValid()) {
+        return refuse(u"cannot make a temporary folder: %1"_s.arg(data.errorString()), fileError);
+    }
+    useDataFolder(data.path());
+    if (isSameFile(wav, options.output)) {
+        return refuse(u"cannot write %1: it is the input"_s.arg(options.output), fileError);
+    }
     // Tried before the work, so that nothing is decoded in vain; what stands there is left alone.
     const bool existed = QFileInfo::exists(options.output);
     QFile probe(options.output);
-    if (QFileInfo(options.output) == QFileInfo(options.input) || !probe.open(QIODevice::ReadWrite)) {
+    if (!probe.open(QIODevice::ReadWrite)) {
         return refuse(u"cannot write %1"_s.arg(options.output), fileError);
     }
     probe.close();
     if (!existed) {
         probe.remove();
     }
-    // The decoder reads its timecode from the settings; these are not the user's. Static, and made before the
-    // shared state: it goes after the settings have been written for the last time.
-    static const QTemporaryDir data;
-    useDataFolder(data.path());
     if (options.outputBuffer * sound->sampleRate / options.outputRate < 1.0) {
         return refuse(u"--output-buffer and --output-rate ask for more than one point a frame"_s, usageError);
     }

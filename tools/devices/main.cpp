@@ -32,6 +32,7 @@ int main(int argc, char* argv[]) {
         parser.showVersion();
     }
 
+    onlyReadDataFolder();
     const SettingMixer mixer;
     const std::vector<DeviceDescription> devices = presentDevices();
     QTextStream out(stdout);

@@ -171,6 +171,9 @@ bool DeckOptionsParser::readTarget(DeckOptions& options) {
         return fail(u"--server and --wav exclude each other."_s);
     }
     options.wavFile = m_parser.value(u"wav"_s);
+    if (options.wavFile->isEmpty()) {
+        return fail(u"--wav takes the name of a file."_s);
+    }
     const QString deck = m_parser.value(u"deck"_s);
     if (deck != u"A"_s && deck != u"B"_s) {
         return fail(u"--deck is A or B, not \"%1\"."_s.arg(deck));

@@ -32,6 +32,7 @@ private Q_SLOTS:
         row(Extension::curve, ".grw");
         row(Extension::session, ".grt");
         row(Extension::wav, ".wav");
+        row(Folder::userData, "Gramo Scope");
         row(Folder::appData, "AppData");
         row(Folder::input, "Input");
         row(Folder::looper, "Looper");

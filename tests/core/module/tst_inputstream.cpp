@@ -5,7 +5,12 @@
 #include "state/portaudiosession.h"
 #include "support/fakeportaudio.h"
 
+#include <QTemporaryFile>
 #include <QTest>
+
+#include <cstdio>
+
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -29,6 +34,7 @@ private Q_SLOTS:
         library().devices = {{"other", 48000.0, 2, 2, 0}, {"card", 44100.0, 4, 0, 0}};
         library().openable = true;
         library().startable = true;
+        library().streamStartable = true;
         m_state = std::make_shared<InputCallbackState>();
         m_state->mode = &m_mode;
     }
@@ -79,6 +85,27 @@ private Q_SLOTS:
         QVERIFY(!stream.isOpen());
         QVERIFY(!stream.start());
         QCOMPARE(library().streams.size(), before);
+    }
+
+    void whatTheLibraryComplainsOfIsKeptOffTheErrorOutput() {
+        QTemporaryFile said;
+        QVERIFY(said.open());
+        InputStream stream(m_state);
+        const int errorOutput = dup(STDERR_FILENO);
+        dup2(said.handle(), STDERR_FILENO);
+        library().openable = false;
+        const bool opened = stream.open(card(1), 64);
+        library().openable = true;
+        library().streamStartable = false;
+        const bool reopened = stream.open(card(1), 64);
+        const bool started = stream.start();
+        std::fputs("after", stderr);
+        std::fflush(stderr);
+        dup2(errorOutput, STDERR_FILENO);
+        ::close(errorOutput);
+        QVERIFY(!opened && reopened && !started);
+        QVERIFY(said.seek(0));
+        QCOMPARE(said.readAll(), QByteArray("after"));
     }
 
     void aLibraryThatCantStartOpensNothing() {

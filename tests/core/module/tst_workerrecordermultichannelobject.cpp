@@ -83,6 +83,7 @@ private Q_SLOTS:
     void init() {
         library().devices = {{"card", 44100.0, 6, 2, 0}};
         library().openable = true;
+        library().streamStartable = true;
         Mode& mode = *shared().mode();
         mode.modeRecorder_off();
         mode.modeStartSynchronized_on();
@@ -343,6 +344,27 @@ private Q_SLOTS:
         QCOMPARE(filesIn(shared().pathFile()->pathDirectoryRecording()), QStringList(card.a.fileName()));
     }
 
+    void anInputThatDeliveredNothingGetsNoTake_data() {
+        QTest::addColumn<bool>("openable");
+        QTest::addColumn<bool>("startable");
+        QTest::newRow("its stream couldn't be opened") << false << true;
+        QTest::newRow("its stream couldn't be started") << true << false;
+        QTest::newRow("no buffer came") << true << true;
+    }
+    void anInputThatDeliveredNothingGetsNoTake() {
+        QFETCH(bool, openable);
+        QFETCH(bool, startable);
+        library().openable = openable;
+        library().streamStartable = startable;
+        Rig rig;
+        Card card;
+        shared().mode()->modeRecorder_on();
+        rig.recorder.load(deckA, &card.m, &card.a, &card.b);
+        rig.recorder.record();
+        rig.recorder.stop();
+        QVERIFY(!QFileInfo::exists(m_data + u"/Recording/"_s + shared().pathFile()->directoryRecording()));
+    }
+
     void withoutRecordingNoFileExistsAfterwards() {
         Rig rig;
         Card card;
@@ -504,6 +526,65 @@ private Q_SLOTS:
         rig.recorder.stop();
     }
 
+    void anInputWhoseStreamCantBeHadIsReportedSilent_data() {
+        QTest::addColumn<bool>("openable");
+        QTest::addColumn<int>("atLoading"); // times that each input is reported
+        QTest::newRow("it couldn't be opened") << false << 1;
+        QTest::newRow("it couldn't be started") << true << 0;
+    }
+    void anInputWhoseStreamCantBeHadIsReportedSilent() {
+        QFETCH(bool, openable);
+        QFETCH(int, atLoading);
+        library().openable = openable;
+        library().streamStartable = false;
+        Rig rig;
+        Card card;
+        QSignalSpy silent(&rig.recorder, &Recorder::s_SilentInput);
+        rig.recorder.load(deckB, &card.m, nullptr, &card.b);
+        QCOMPARE(silent.count(), 2 * atLoading);
+        silent.clear();
+        rig.recorder.record();
+        QCOMPARE(silent.count(), 2); // the inputs that it serves
+        QCOMPARE(silent.at(0).at(0).value<ModelGraph::EnumGraph>(), master);
+        QCOMPARE(silent.at(1).at(0).value<ModelGraph::EnumGraph>(), deckB);
+        QVERIFY(silent.at(0).at(1).toBool() && silent.at(1).at(1).toBool());
+        rig.recorder.stop();
+        silent.clear();
+        rig.recorder.record(); // nothing is loaded any more
+        QCOMPARE(silent.count(), 0);
+    }
+
+    void anInputThatBringsNoBufferIsReportedSilentUntilOneComes() {
+        Rig rig;
+        Card card;
+        QSignalSpy silent(&rig.recorder, &Recorder::s_SilentInput);
+        QSignalSpy lost(&rig.recorder, &Recorder::s_StreamLost);
+        rig.recorder.load(deckA, nullptr, &card.a, nullptr);
+        rig.recorder.record();
+        QTRY_COMPARE_WITH_TIMEOUT(silent.count(), 1, 4 * Recorder::lostAfter);
+        QCOMPARE(silent.at(0).at(0).value<ModelGraph::EnumGraph>(), deckA);
+        QVERIFY(silent.at(0).at(1).toBool());
+        QTest::qWait(2 * Recorder::housekeepingInterval);
+        QCOMPARE(silent.count(), 1);
+        feed(64);
+        QTRY_COMPARE(silent.count(), 2);
+        QVERIFY(!silent.at(1).at(1).toBool());
+        QCOMPARE(lost.count(), 0);
+        rig.recorder.stop();
+    }
+
+    void anInputThatDeliversIsNeverReportedSilent() {
+        Rig rig;
+        Card card;
+        QSignalSpy silent(&rig.recorder, &Recorder::s_SilentInput);
+        rig.recorder.load(deckA, nullptr, &card.a, nullptr);
+        rig.recorder.record();
+        feed(64);
+        QTest::qWait(2 * Recorder::housekeepingInterval);
+        rig.recorder.stop();
+        QCOMPARE(silent.count(), 0);
+    }
+
     void aLostServerCostsNoTakeAndNoTime() {
         Rig rig;
         Card card;
@@ -522,7 +603,9 @@ private Q_SLOTS:
         QCOMPARE(shared().time()->frameCounter(deckA), 640.0);
         rig.recorder.load(deckA, nullptr, &card.a, nullptr);
         QVERIFY(!rig.recorder.isOpen()); // nobody touches the library meanwhile
+        rig.recorder.record();
         rig.recorder.stop();
+        QCOMPARE(readWave(file)->length(), std::size_t{640}); // nothing came, so nothing is written over it
         library().hang = false;
         QTRY_VERIFY(!PortAudioSession::blocked());
         rig.recorder.load(deckA, nullptr, &card.a, nullptr);

@@ -1,11 +1,14 @@
 #include "state/pathfile.h"
 #include "support/datafolder.h"
+#include "support/fulldisk.h"
+#include "support/unprivileged.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QGuiApplication>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QStandardPaths>
 #include <QTest>
 
@@ -31,15 +34,28 @@ QString clean(const QString& path) {
 }
 
 const QString asksForTheDataFolder = u"--data-folder"_s;
+const QString isCalled = u"--called"_s; // a name of the application follows
+const QString onlyReads = u"--only-reads"_s;
+const QString unprivileged = u"--unprivileged"_s; // may write only where everybody may
+const QString fullDisk = u"--full-disk"_s;
 
-// Runs a copy of this program, which says where it finds its data.
-QString dataFolderOf(const QString& program, const QString& workingDirectory, const QString& userData) {
+// Runs a copy of this program, which says where it finds its data; `given` is where it is told to have it, or
+// what else is special about it.
+QString dataFolderOf(const QString& program, const QString& workingDirectory, const QString& userData,
+                     const QStringList& given = {}) {
     QProcess process;
+    if (given.contains(unprivileged)) {
+        runUnprivileged(process, [full = given.contains(fullDisk)] {
+            if (full) {
+                static const FullDisk disk(16);
+            }
+        });
+    }
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"XDG_DATA_HOME"_s, userData);
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(workingDirectory);
-    process.start(program, {asksForTheDataFolder});
+    process.start(program, QStringList(asksForTheDataFolder) + given);
     process.waitForFinished();
     return clean(QString::fromUtf8(process.readAllStandardOutput()));
 }
@@ -119,6 +135,113 @@ private Q_SLOTS:
         QVERIFY(QFileInfo(folder).isDir());
     }
 
+    void theUsersDataLocationIsTheSameForTheProgramAndItsTools() {
+        const QString program = m_folder.filePath(u"same/program"_s);
+        QVERIFY(QDir().mkpath(m_folder.filePath(u"same"_s)));
+        QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), program));
+        QVERIFY(put(m_folder.filePath(u"same/AppData"_s), "a file in the way"));
+        const QString userData = m_folder.filePath(u"user4"_s);
+        const QString expected = userData + u"/Gramo Scope/AppData"_s;
+        for (const QString& name : {u"Gramo Works / Scope V2.6.5-2412"_s, u"gramoscope-devices"_s, u""_s}) {
+            QCOMPARE(dataFolderOf(program, u"/"_s, userData, {isCalled, name}), expected);
+            QCOMPARE(dataFolderOf(program, u"/"_s, userData, {isCalled, name, onlyReads}), expected);
+        }
+        QCOMPARE(QDir(userData).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 QStringList(u"Gramo Scope"_s));
+    }
+
+    void whoOnlyReadsMakesNoFolder() {
+        const QString program = m_folder.filePath(u"reader/program"_s);
+        const QString beside = m_folder.filePath(u"reader/AppData"_s);
+        const QString userData = m_folder.filePath(u"user5"_s);
+        QVERIFY(QDir().mkpath(m_folder.filePath(u"reader"_s)));
+        QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), program));
+        QVERIFY(dataFolderOf(program, u"/"_s, userData, {onlyReads}).endsWith(u"/reader/AppData"_s));
+        QVERIFY(!QFileInfo::exists(beside));
+        QVERIFY(put(beside, "a file in the way"));
+        dataFolderOf(program, u"/"_s, userData, {onlyReads});
+        QVERIFY(!QFileInfo::exists(userData));
+    }
+
+    void whoOnlyReadsFindsWhatTheProgramWouldUse() {
+        const QString fallback = m_folder.filePath(u"g/user/AppData"_s);
+        // A folder that can be written, and one that isn't there but can be made.
+        const QString beside = m_folder.filePath(u"g/AppData"_s);
+        QCOMPARE(presentDataFolder(beside, fallback), beside);
+        QVERIFY(!QFileInfo::exists(beside));
+        QVERIFY(QDir().mkpath(beside));
+        QCOMPARE(presentDataFolder(beside, fallback), beside);
+        // One that can't be had: the fallback, once it is filled.
+        QVERIFY(put(m_folder.filePath(u"g/plain"_s), "x"));
+        const QString nowhere = m_folder.filePath(u"g/plain/AppData"_s);
+        QCOMPARE(presentDataFolder(nowhere, fallback), nowhere);
+        QVERIFY(!QFileInfo::exists(fallback));
+        QCOMPARE(chooseDataFolder(nowhere, fallback), fallback);
+        QCOMPARE(presentDataFolder(nowhere, fallback), fallback);
+        QCOMPARE(presentDataFolder(beside, fallback), beside);
+        // A link that leads nowhere can't be made a folder of.
+        QVERIFY(QFile::link(m_folder.filePath(u"g/gone"_s), m_folder.filePath(u"g/link"_s)));
+        QCOMPARE(presentDataFolder(m_folder.filePath(u"g/link"_s), fallback), fallback);
+    }
+
+    void whatCantBeFilledIsntChosen_data() {
+        QTest::addColumn<bool>("full");
+        QTest::newRow("the user's data location can't be written") << false;
+        QTest::newRow("it is full") << true;
+    }
+    void whatCantBeFilledIsntChosen() {
+        QFETCH(bool, full);
+        // A delivered folder that the program can't write, in a place that it can reach.
+        QTemporaryDir place;
+        const QString program = place.filePath(u"program"_s);
+        const QString delivered = place.filePath(u"AppData"_s);
+        const QString userData = place.filePath(u"user"_s);
+        QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), program));
+        QVERIFY(put(delivered + u"/Css/Gramoscope.css"_s, QByteArray(1000, 'x')));
+        QVERIFY(QDir().mkpath(userData));
+        const auto readable = QFile::ReadOwner | QFile::ExeOwner | QFile::ReadOther | QFile::ExeOther;
+        const auto writable = readable | QFile::WriteOwner | QFile::WriteOther;
+        QVERIFY(QFile::setPermissions(place.path(), writable));
+        QVERIFY(QFile::setPermissions(delivered, readable));
+        QVERIFY(QFile::setPermissions(userData, full ? writable : readable));
+        const auto removable = qScopeGuard([&] {
+            for (const QString& folder : {delivered, userData}) {
+                QFile::setPermissions(folder, writable);
+            }
+        });
+        const QStringList special =
+            QStringList(unprivileged) + (full ? QStringList(fullDisk) : QStringList());
+        const QString canonical = QFileInfo(delivered).canonicalFilePath();
+        QCOMPARE(dataFolderOf(program, u"/"_s, userData, special), canonical);
+        QVERIFY(!QFileInfo::exists(userData + u"/Gramo Scope/AppData"_s));
+        QVERIFY(!QFileInfo::exists(userData + u"/Gramo Scope/AppData.part"_s)); // no room is left taken
+        // With room there it is the one after all.
+        QVERIFY(QFile::setPermissions(userData, writable));
+        const QString filled = dataFolderOf(program, u"/"_s, userData, {unprivileged});
+        QCOMPARE(filled, userData + u"/Gramo Scope/AppData"_s);
+        QCOMPARE(QFileInfo(filled + u"/Css/Gramoscope.css"_s).size(), qint64{1000});
+    }
+
+    void aFileWhereTheFallbackBelongsIsntChosen() {
+        QVERIFY(put(m_folder.filePath(u"h/plain"_s), "x"));
+        QVERIFY(put(m_folder.filePath(u"h/user"_s), "in the way"));
+        const QString nowhere = m_folder.filePath(u"h/plain/AppData"_s);
+        QCOMPARE(chooseDataFolder(nowhere, m_folder.filePath(u"h/user"_s)), nowhere);
+        QCOMPARE(got(m_folder.filePath(u"h/user"_s)), QByteArray("in the way"));
+    }
+
+    void aFolderThatIsGivenLeavesTheOthersAlone() {
+        const QString program = m_folder.filePath(u"given/program"_s);
+        QVERIFY(QDir().mkpath(m_folder.filePath(u"given"_s)));
+        QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), program));
+        const QString userData = m_folder.filePath(u"user3"_s);
+        const QString own = m_folder.filePath(u"own"_s);
+        QCOMPARE(dataFolderOf(program, m_folder.path(), userData, {own}), own);
+        QVERIFY(!QFileInfo::exists(m_folder.filePath(u"given/AppData"_s)));
+        QVERIFY(!QFileInfo::exists(m_folder.filePath(u"AppData"_s)));
+        QVERIFY(!QFileInfo::exists(userData));
+    }
+
     void aFolderThatCanBeWrittenIsTheOne() {
         const QString beside = m_folder.filePath(u"a/AppData"_s);
         const QString fallback = m_folder.filePath(u"a/user"_s);
@@ -167,6 +290,15 @@ private Q_SLOTS:
         QCOMPARE(got(fallback + u"/Css/a.css"_s), QByteArray("a"));
         QCOMPARE(got(fallback + u"/Css/b.css"_s), QByteArray("b"));
         QVERIFY(!QFileInfo::exists(fallback + u".part"_s));
+    }
+
+    void whatCantBeReadIsLeftOutOfTheCopy() {
+        const QString beside = m_folder.filePath(u"i/AppData"_s);
+        const QString fallback = m_folder.filePath(u"i/user/AppData"_s);
+        QVERIFY(put(beside + u"/Css/a.css"_s, "a"));
+        QVERIFY(QFile::link(m_folder.filePath(u"i/gone"_s), beside + u"/Css/b.css"_s));
+        QVERIFY(fillDataFolder(beside, fallback));
+        QCOMPARE(QDir(fallback + u"/Css"_s).entryList(QDir::Files | QDir::System), QStringList(u"a.css"_s));
     }
 
     void aCopiedFileCanBeWrittenByTheUser() {
@@ -303,7 +435,16 @@ private Q_SLOTS:
 
 int main(int argc, char* argv[]) {
     QGuiApplication application(argc, argv); // pathIcon gives a picture
-    if (QCoreApplication::arguments().contains(asksForTheDataFolder)) {
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.contains(asksForTheDataFolder)) {
+        if (const qsizetype at = arguments.indexOf(isCalled); at > 0) {
+            QCoreApplication::setApplicationName(arguments[at + 1]);
+        }
+        if (arguments.contains(onlyReads)) {
+            onlyReadDataFolder();
+        } else if (arguments.size() > 2 && !arguments[2].startsWith(u"--"_s)) {
+            useDataFolder(arguments[2]);
+        }
         std::fputs(qPrintable(pathData(QString::fromLatin1("."))), stdout);
         return 0;
     }
