@@ -6,6 +6,7 @@
 #include "deviceobject.h"
 #include "menu/qwgridtool.h"
 #include "painter/qwpainter.h"
+#include "qmidiin.h"
 #include "qwview.h"
 #include "state/devicewizard.h"
 #include "state/mode.h"
@@ -14,6 +15,7 @@
 #include "state/recordingloopertraining.h"
 #include "state/sessionswitch.h"
 #include "state/singleton.h"
+#include "workermidiobject.h"
 #include "workerrecordermultichannelobject.h"
 
 #include <QCoreApplication>
@@ -37,6 +39,7 @@ Connection::Connection() : m_displayTimer(new QTimer(this)), m_metronomTimer(new
     actionSplashscreen();
     m_view = new QWView(m_curveDeckA, m_curveSecondaryA, m_curveDeckB, m_curveSecondaryB, this);
     setCentralWidget(m_view);
+    m_threadMidi.emplace();
     m_deviceObject = std::make_unique<DeviceObject>();
     m_sessionSwitch = new SessionSwitch(this);
     makeWorkers();
@@ -57,13 +60,14 @@ Connection::Connection() : m_displayTimer(new QTimer(this)), m_metronomTimer(new
     m_displayTimer->setTimerType(Qt::PreciseTimer);
     m_displayTimer->setInterval(int(Singleton::instance().performance()->displayInterval()));
     m_displayTimer->start();
-    if (autoSetUpDevices()) {
+    if (autoSetUpDevices([] { return QMidiIn().devices(); })) {
         m_deviceObject->controllerDevices();
     }
 }
 
 // The recorders go before the rings and the stores that their streams write to.
 Connection::~Connection() {
+    m_threadMidi.reset();
     m_workerRecorder1.reset();
     m_workerRecorder2.reset();
     m_workerRecorder3.reset();
@@ -167,6 +171,7 @@ void Connection::updatePlayStopIcon(bool status) {
 }
 
 void Connection::killApp() {
+    QTimer::singleShot(0, m_threadMidi->worker(), &WorkerMidiObject::stopRun);
     for (WorkerRecorderMultiChannelObject* worker : recorders()) {
         QTimer::singleShot(0, worker, &WorkerRecorderMultiChannelObject::stop);
     }

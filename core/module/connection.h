@@ -3,12 +3,14 @@
 #include "beatclock.h"
 #include "curve/curvepointring.h"
 #include "curve/curvepointstore.h"
+#include "midithread.h"
 
 #include <QElapsedTimer>
 #include <QMainWindow>
 
 #include <array>
 #include <memory>
+#include <optional>
 
 class DeviceObject;
 class QTimer;
@@ -67,6 +69,7 @@ private:
     void wireShutdown();
     void showStoredState();
 
+    std::optional<MidiThread> m_threadMidi; // made when the settings are there
     std::unique_ptr<WorkerRecorderMultiChannelObject> m_workerRecorder1;
     std::unique_ptr<WorkerRecorderMultiChannelObject> m_workerRecorder2;
     std::unique_ptr<WorkerRecorderMultiChannelObject> m_workerRecorder3;

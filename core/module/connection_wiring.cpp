@@ -14,6 +14,8 @@
 #include "painter/qwpainter.h"
 #include "qwview.h"
 #include "receivetimecodedvsobject.h"
+#include "state/learnedcontrol.h"
+#include "state/midi.h"
 #include "state/mode.h"
 #include "state/pathfile.h"
 #include "state/performance.h"
@@ -22,6 +24,7 @@
 #include "state/setting.h"
 #include "state/singleton.h"
 #include "state/timecodechoice.h"
+#include "workermidiobject.h"
 #include "workerrecordermultichannelobject.h"
 
 #include <QCoreApplication>
@@ -114,6 +117,7 @@ void Connection::wireRunSequence() {
     connect(mode, &Mode::s_RunApp, mode, &Mode::modeCurrentTimerAutoresize_on);
     connect(mode, &Mode::s_RunApp, this, &Connection::timerRunAllSound);
     connect(mode, &Mode::s_RunApp, tool->bpmComboBox(), &QComboBoxBpm::disabled);
+    connect(mode, &Mode::s_RunApp, m_threadMidi->worker(), &WorkerMidiObject::startRun);
     for (Recorder* recorder : recorders()) {
         connect(mode, &Mode::s_RunApp, recorder, &Recorder::timecodePrepare);
     }
@@ -149,6 +153,7 @@ void Connection::wireStopSequence() {
     connect(mode, &Mode::s_StopApp, tool->recordToggle(), &QBToggle::enabled);
     connect(mode, &Mode::s_StopApp, tool->bpmComboBox(), &QComboBoxBpm::enabled);
     connect(mode, &Mode::s_StopApp, mode, &Mode::modeCurrentTimerAutoresize_off);
+    connect(mode, &Mode::s_StopApp, m_threadMidi->worker(), &WorkerMidiObject::stopRun);
     connect(mode, &Mode::s_StopApp, mode, &Mode::modeRun_off);
     connect(mode, &Mode::s_StopApp, m_view, &QWView::exportFile);
 }
@@ -166,10 +171,12 @@ void Connection::wireShutdown() {
 
 void Connection::showStoredState() {
     QWGridTool* tool = m_view->gridTool();
-    if (Singleton::instance().setting()->optionHamsterMode()) {
+    Singleton& shared = Singleton::instance();
+    shared.midi()->setObject(learnedControl(shared.setting()->learnMidi()));
+    if (shared.setting()->optionHamsterMode()) {
         tool->reverseToggle()->toggle_on();
     }
-    applyTimecodeChoice(Singleton::instance().setting()->timecode(), *Singleton::instance().mode());
+    applyTimecodeChoice(shared.setting()->timecode(), *shared.mode());
     m_view->showInput(ModelInput::TEXT_A);
     tool->mixToggle()->toggle_on();
 }

@@ -1,5 +1,6 @@
 #include "devicewizard.h"
 
+#include "learnedcontrol.h"
 #include "midi.h"
 #include "model/constants.h"
 #include "model/objectaudiodevice.h"
@@ -15,33 +16,41 @@ QString groupOf(const QString& entry) {
     return entry.section(u'/', 0, 0);
 }
 
+// A heading of the catalogue may hold a wanted text too.
 bool namesDevice(const QString& entry) {
     return ObjectAudioDevice(entry).index() >= 0;
 }
 
-// The first entry that holds the text the mixer file gives for `key`; empty if there is none, or no text.
-QString offered(QLatin1StringView key, const QString& group, const SettingMixer& mixer,
-                const QStringList& entries) {
+// The first of the entries that holds the text the mixer file gives for `key`; empty if there is none, or no
+// text.
+QString firstHolding(QLatin1StringView key, const QString& group, const SettingMixer& mixer,
+                     const QStringList& entries) {
     const QString wanted = mixer.mixerValue(key, group).trimmed();
     if (wanted.isEmpty()) {
         return {};
     }
     for (const QString& entry : entries) {
-        if (entry.contains(wanted) && namesDevice(entry)) { // a heading may hold it too
+        if (entry.contains(wanted)) {
             return entry;
         }
     }
     return {};
 }
 
+QStringList devicesOf(QStringList catalogue) {
+    catalogue.removeIf([](const QString& entry) { return !namesDevice(entry); });
+    return catalogue;
+}
+
 } // namespace
 
 QString findKnownMixer(const SettingMixer& mixer, const QStringList& inputs) {
     const QStringList names = mixer.mixerDeviceNames();
+    const QStringList devices = devicesOf(inputs);
     for (const QString& entry : names) {
         for (const auto key : {Mixer::confInputA, Mixer::confInputB}) {
             const QString group = groupOf(entry);
-            if (mixer.mixerKnows(key, group) && !offered(key, group, mixer, inputs).isEmpty()) {
+            if (mixer.mixerKnows(key, group) && !firstHolding(key, group, mixer, devices).isEmpty()) {
                 return entry;
             }
         }
@@ -50,7 +59,7 @@ QString findKnownMixer(const SettingMixer& mixer, const QStringList& inputs) {
 }
 
 void applyKnownMixer(const QString& entry, const SettingMixer& mixer, const QStringList& inputs,
-                     const QStringList& outputs, Setting& setting) {
+                     const QStringList& midiInputs, const QStringList& outputs, Setting& setting) {
     const QString group = groupOf(entry);
     if (!mixer.mixerContains(group)) {
         return;
@@ -58,30 +67,31 @@ void applyKnownMixer(const QString& entry, const SettingMixer& mixer, const QStr
     const auto apply = [&](QLatin1StringView key, const QStringList& entries,
                            void (Setting::*set)(const QString&)) {
         if (mixer.mixerKnows(key, group)) {
-            (setting.*set)(offered(key, group, mixer, entries));
+            (setting.*set)(firstHolding(key, group, mixer, entries));
         }
     };
+    const QStringList inputDevices = devicesOf(inputs);
+    const QStringList outputDevices = devicesOf(outputs);
     setting.setName(entry.section(u'/', 1));
-    apply(Mixer::confInputA, inputs, &Setting::setInputDeckA);
-    apply(Mixer::confInputB, inputs, &Setting::setInputDeckB);
-    apply(Mixer::confInputMaster, inputs, &Setting::setInputMaster);
+    apply(Mixer::confInputA, inputDevices, &Setting::setInputDeckA);
+    apply(Mixer::confInputB, inputDevices, &Setting::setInputDeckB);
+    apply(Mixer::confInputMaster, inputDevices, &Setting::setInputMaster);
+    apply(Mixer::confInputMidi, midiInputs, &Setting::setInputMidi);
     if (mixer.mixerKnows(Mixer::confLearnMidi, group)) {
-        const QString learn = mixer.mixerValue(Mixer::confLearnMidi, group);
-        const int channel = learn.section(u'/', 0, 0).toInt();
-        const int controller = learn.section(u'/', 1, 1).toInt();
-        setting.setLearnMidi(channel, controller);
-        Singleton::instance().midi()->setObject(ObjectMidi(channel, controller));
+        const ObjectMidi control = learnedControl(mixer.mixerValue(Mixer::confLearnMidi, group));
+        setting.setLearnMidi(control.channel(), control.controller());
+        Singleton::instance().midi()->setObject(control);
     }
-    apply(Mixer::confOutputPlayback, outputs, &Setting::setOutputMaster);
-    apply(Mixer::confOutputA, outputs, &Setting::setOutputDeckA);
-    apply(Mixer::confOutputB, outputs, &Setting::setOutputDeckB);
+    apply(Mixer::confOutputPlayback, outputDevices, &Setting::setOutputMaster);
+    apply(Mixer::confOutputA, outputDevices, &Setting::setOutputDeckA);
+    apply(Mixer::confOutputB, outputDevices, &Setting::setOutputDeckB);
     if (mixer.mixerKnows(Mixer::confOptionCutOffSound, group)) {
         setting.setOptionGenerateCutOffSound(
             QVariant(mixer.mixerValue(Mixer::confOptionCutOffSound, group)).toBool());
     }
 }
 
-bool autoSetUpDevices() {
+bool autoSetUpDevices(const std::function<QStringList()>& midiInputs) {
     Singleton& shared = Singleton::instance();
     Setting& setting = *shared.setting();
     const SettingMixer& mixer = *shared.settingMixer();
@@ -94,7 +104,7 @@ bool autoSetUpDevices() {
     if (entry.isEmpty()) {
         return false;
     }
-    applyKnownMixer(entry, mixer, inputs, shared.audioDeviceList(ModelAudioDeviceInfo::AUDIO_OUTPUT),
-                    setting);
+    applyKnownMixer(entry, mixer, inputs, midiInputs(),
+                    shared.audioDeviceList(ModelAudioDeviceInfo::AUDIO_OUTPUT), setting);
     return true;
 }

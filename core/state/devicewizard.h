@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 class Setting;
 class SettingMixer;
 
@@ -12,9 +14,11 @@ class SettingMixer;
 QString findKnownMixer(const SettingMixer& mixer, const QStringList& inputs);
 
 /// Writes the devices of a mixer to the settings, by its "group/shown name". A role that the mixer file names
-/// and the machine doesn't offer becomes none; one that it doesn't name stays.
+/// and the machine doesn't offer becomes none; one that it doesn't name stays. `midiInputs` is what
+/// QMidiIn::devices() gives.
 void applyKnownMixer(const QString& entry, const SettingMixer& mixer, const QStringList& inputs,
-                     const QStringList& outputs, Setting& setting);
+                     const QStringList& midiInputs, const QStringList& outputs, Setting& setting);
 
 /// On a machine with no stored input: looks for a known mixer and applies it. True if it found one.
-bool autoSetUpDevices();
+/// `midiInputs` is asked only then.
+bool autoSetUpDevices(const std::function<QStringList()>& midiInputs);

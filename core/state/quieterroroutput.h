@@ -1,14 +1,12 @@
 #pragma once
 
-/// Points the process's error output nowhere while it lives: around calls of a library that prints there. One
-/// at a time, so on one thread only: the GUI thread.
+/// Points the process's error output at nothing while any of these lives. For the libraries below that print
+/// while they look for hardware or for a server; keep it around their calls alone. May nest, on one thread or
+/// on several. Thread-safe: yes. Realtime-safe: no.
 class QuietErrorOutput {
 public:
     QuietErrorOutput();
     ~QuietErrorOutput();
     QuietErrorOutput(const QuietErrorOutput&) = delete;
     QuietErrorOutput& operator=(const QuietErrorOutput&) = delete;
-
-private:
-    [[maybe_unused]] int m_saved = -1; ///< the true error output
 };

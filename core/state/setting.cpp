@@ -157,6 +157,9 @@ void Setting::setInputMaster(const QString& text) {
 ObjectMidiDevice* Setting::inputMidi() {
     return parsed(m_inputMidi, text(Key::inputMidi));
 }
+QString Setting::inputMidiName() const {
+    return ObjectMidiDevice(text(Key::inputMidi)).name();
+}
 void Setting::setInputMidi(const QString& text) {
     write(Key::inputMidi, text);
 }

@@ -12,7 +12,7 @@
 
 /// "config.ini": every choice of the user, written at once. A first start leaves a complete file; a key that
 /// is missing from an old file is filled in. A value that can't be converted reads as 0, false or empty.
-/// GUI thread, but crossFaderLeft and crossFaderRight may be read from the MIDI thread.
+/// GUI thread, but inputMidiName, crossFaderLeft and crossFaderRight may be read from the MIDI thread.
 class Setting : public QObject {
     Q_OBJECT
 public:
@@ -28,6 +28,8 @@ public:
     ObjectAudioDevice* outputDeckA();
     ObjectAudioDevice* outputDeckB();
     ObjectMidiDevice* inputMidi();
+    /// The name that inputMidi() gives, without its cache.
+    QString inputMidiName() const;
     void setInputDeckA(const QString& text);
     void setInputDeckB(const QString& text);
     void setInputMaster(const QString& text);

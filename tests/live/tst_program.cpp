@@ -210,6 +210,38 @@ private Q_SLOTS:
             QVERIFY(curve.size() > 8 + 23 * 500);
         }
     }
+
+    // With sound and fader on a server that stops answering: neither may keep the process.
+    void aServerThatDoesntAnswerDoesntKeepItFromEnding() {
+        JackServer server(u"gramoscope-program-test-%1"_s.arg(QCoreApplication::applicationPid()));
+        QVERIFY(server.start());
+        VirtualDeck deck({u"--pattern"_s, u"chirp"_s});
+        QVERIFY(deck.start());
+        QTemporaryDir place;
+        QProcess program;
+        QProcessEnvironment with = environment(place);
+        with.insert(u"JACK_DEFAULT_SERVER"_s, server.name());
+        program.setProcessEnvironment(with);
+        program.start(installed(place), QStringList());
+        QString window;
+        QVERIFY(
+            QTest::qWaitFor([&] { return !(window = mainWindow(program.processId())).isEmpty(); }, 20000));
+        QTest::qWait(2500); // beyond the splash
+        run(u"xdotool"_s, {u"key"_s, u"space"_s});
+        QTest::qWait(6000); // the count-in takes 3.6 s
+        QVERIFY(run(u"jack_lsp"_s, {u"-c"_s, u"-s"_s, server.name(), u"crossfader"_s}).contains(u"RtMidi"_s));
+        ::kill(static_cast<pid_t>(server.pid()), SIGSTOP);
+        program.terminate();
+        const bool ended = program.waitForFinished(20000);
+        ::kill(static_cast<pid_t>(server.pid()), SIGCONT);
+        if (!ended) {
+            program.kill();
+            program.waitForFinished(5000);
+        }
+        QVERIFY(ended);
+        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(program.exitCode(), 0);
+    }
 };
 
 int main(int argc, char* argv[]) {

@@ -39,15 +39,19 @@ class tst_Devices : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void inputsAndOutputsHaveAHeadingEach() {
+    void inputsOutputsAndMidiInputsHaveAHeadingEach() {
         const Run run = devices({});
         QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.complaint, QString()); // whatever the libraries miss
         const QStringList lines = run.said.split(u'\n', Qt::SkipEmptyParts);
         QCOMPARE(lines.count(u"inputs"_s), 1);
         QCOMPARE(lines.count(u"outputs"_s), 1);
         QVERIFY(lines.indexOf(u"inputs"_s) < lines.indexOf(u"outputs"_s));
+        QCOMPARE(lines.count(u"MIDI inputs"_s), 1);
+        QVERIFY(lines.indexOf(u"outputs"_s) < lines.indexOf(u"MIDI inputs"_s));
         for (const QString& line : lines) {
-            QVERIFY2(line == u"inputs"_s || line == u"outputs"_s || line.startsWith(u"  "_s),
+            QVERIFY2(line == u"inputs"_s || line == u"outputs"_s || line == u"MIDI inputs"_s ||
+                         line.startsWith(u"  "_s),
                      qPrintable(line));
         }
     }

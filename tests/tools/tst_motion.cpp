@@ -166,6 +166,18 @@ private Q_SLOTS:
         QVERIFY(std::any_of(values.begin(), values.end(), [](int v) { return v > 70 && v < 120; }));
     }
 
+    void handsAndFaderCanBeOfTwoPatterns() {
+        const Motion hands = motionOf(MotionPattern::Scribble);
+        const Motion fader = motionOf(MotionPattern::Transform);
+        const Motion both = Motion::withFader(hands, fader);
+        for (double t = 0.0; t < 4.0 * beat; t += 0.01) {
+            QCOMPARE(both.at(t).position, hands.at(t).position);
+            QCOMPARE(both.at(t).speed, hands.at(t).speed);
+            QCOMPARE(both.at(t).crossfader, fader.at(t).crossfader);
+        }
+        QCOMPARE(cuts(both, 0.01 * beat, 8.01 * beat), 32);
+    }
+
     void stopStandsForTwoBeatsAndRestarts() {
         const Motion stop = motionOf(MotionPattern::Stop);
         QCOMPARE(stop.at(2.0 * beat).speed, 1.0);

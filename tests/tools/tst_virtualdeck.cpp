@@ -63,8 +63,8 @@ private Q_SLOTS:
         const Outcome o = deck({u"--help"_s});
         QCOMPARE(o.code, 0);
         for (const char* word :
-             {"--timecode", "--pattern", "--bpm", "--noise", "--dc", "--seed", "--server", "--seconds",
-              "--wav", "--deck", "--rate", "crossfader", "scribble", "traktor_sideB"}) {
+             {"--timecode", "--pattern", "--fader", "--bpm", "--noise", "--dc", "--seed", "--server",
+              "--seconds", "--wav", "--deck", "--rate", "crossfader", "scribble", "traktor_sideB"}) {
             QVERIFY2(o.out.contains(word), word);
         }
     }
@@ -133,6 +133,21 @@ private Q_SLOTS:
         QVERIFY(bytes.mid(44) == asBytes(record.render(0, frames)));
     }
 
+    void theFaderDoesntTouchTheSignal() {
+        QCOMPARE(
+            deck(u"--pattern baby --rate 8000 --seconds 1 --wav"_s.split(u' ') + QStringList{path("a.wav")})
+                .code,
+            0);
+        const QByteArray plain = contents(path("a.wav"));
+        QCOMPARE(plain.size(), 44 + 4 * 8000);
+        for (const char* fader : {"pattern", "none", "chirp", "transform", "flare", "walk"}) {
+            const Outcome o = deck(u"--pattern baby --rate 8000 --seconds 1 --wav"_s.split(u' ') +
+                                   QStringList{path("b.wav"), u"--fader"_s, QString::fromLatin1(fader)});
+            QCOMPARE(o.code, 0);
+            QVERIFY2(contents(path("b.wav")) == plain, fader);
+        }
+    }
+
     void aFileWithoutALengthIsTenSeconds() {
         QCOMPARE(deck({u"--wav"_s, path("ten.wav"), u"--rate"_s, u"8000"_s}).code, 0);
         QCOMPARE(contents(path("ten.wav")).size(), 44 + 4 * 80000);
@@ -148,6 +163,11 @@ private Q_SLOTS:
         row("empty timecode", "--timecode=", "timecode");
         row("unknown pattern", "--pattern baby,foo", "foo");
         row("three patterns", "--pattern baby,baby,baby", "--pattern");
+        row("unknown fader", "--fader baby", "--fader");
+        row("empty fader", "--fader=", "--fader");
+        row("fader in capitals", "--fader Chirp", "--fader");
+        row("two faders", "--fader chirp,flare", "--fader");
+        row("missing fader", "--fader", "fader");
         row("missing pattern", "--pattern baby,", "pattern");
         row("tempo too low", "--bpm 19", "--bpm");
         row("tempo too high", "--bpm 401", "--bpm");

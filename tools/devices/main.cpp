@@ -1,6 +1,8 @@
-// gramoscope-devices: the sound devices that the machine offers now, as the lines that config.ini takes.
+// gramoscope-devices: the sound devices and MIDI inputs that the machine offers now, as the lines that
+// config.ini takes.
 
 #include "model/constants.h"
+#include "module/qmidiin.h"
 #include "state/devicecatalogue.h"
 #include "state/pathfile.h"
 #include "state/settingmixer.h"
@@ -17,7 +19,8 @@ int main(int argc, char* argv[]) {
     QCoreApplication::setApplicationVersion(Constant::applicationVersion);
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        u"Lists the sound devices that Gramo Scope can use now, one line a device and channel place."_s);
+        u"Lists the sound devices and the MIDI inputs that Gramo Scope can use now, as the lines that "
+        "config.ini takes: one a device and channel place, one a MIDI input."_s);
     parser.addHelpOption();
     parser.addVersionOption();
     if (!parser.parse(application.arguments()) || !parser.positionalArguments().isEmpty()) {
@@ -45,6 +48,11 @@ int main(int argc, char* argv[]) {
                 out << "  " << entry << Qt::endl;
             }
         }
+    }
+    out << "MIDI inputs" << Qt::endl;
+    const QStringList ports = QMidiIn().devices();
+    for (const QString& port : ports) {
+        out << "  " << port << Qt::endl;
     }
     return 0;
 }

@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+#include <algorithm>
+#include <array>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -24,6 +26,17 @@ QString patternNames() {
     return names.join(u", "_s);
 }
 
+// --fader's choices beside "pattern" and "none".
+constexpr std::array cutPatterns{"chirp", "transform", "flare", "walk"};
+
+QString faderNames() {
+    QStringList names{u"pattern"_s, u"none"_s};
+    for (const char* name : cutPatterns) {
+        names << QString::fromLatin1(name);
+    }
+    return names.join(u", "_s);
+}
+
 } // namespace
 
 SyntheticRecord DeckOptions::record(int deck, double sampleRate) const {
@@ -31,16 +44,23 @@ SyntheticRecord DeckOptions::record(int deck, double sampleRate) const {
     options.noisePercent = noisePercent;
     options.dcOffset = dcOffset;
     options.seed = std::uint64_t{seed} + static_cast<std::uint64_t>(deck);
-    const Motion motion(patterns[static_cast<std::size_t>(deck)], bpm, Motion::defaultStart, options.seed);
-    return {timecode, sampleRate, motion, options};
+    const auto motion = [&](MotionPattern pattern) {
+        return Motion(pattern, bpm, Motion::defaultStart, options.seed);
+    };
+    const Motion hands = motion(patterns[static_cast<std::size_t>(deck)]);
+    return {timecode, sampleRate, fader ? Motion::withFader(hands, motion(*fader)) : hands, options};
 }
 
 DeckOptionsParser::DeckOptionsParser() {
     m_parser.setApplicationDescription(
         u"Two decks with timecode records and a crossfader, played by nobody.\n"
         "Without --wav it is the JACK client \"Virtual Deck\" with the audio ports deckA_left, deckA_right, "
-        "deckB_left and deckB_right and the MIDI port crossfader. The crossfader moves with the pattern of "
-        "deck A and is sent as controller 8 on the first channel: 63 is the middle, 127 cuts deck A."_s);
+        "deckB_left and deckB_right and the MIDI port crossfader. There the crossfader is sent as controller "
+        "8 "
+        "on the first channel (0/8 in the settings), at each frame where it changes: 63 is the middle, both "
+        "decks are heard; 127 is the right end, deck A is cut; a cut takes some 10 ms. --fader says who "
+        "moves "
+        "it. The first value is sent at the start, to those that are connected by then."_s);
     m_parser.addHelpOption();
     m_parser.addVersionOption();
     m_parser.addOptions({
@@ -49,6 +69,11 @@ DeckOptionsParser::DeckOptionsParser() {
         {u"pattern"_s,
          u"What the hands do, for both decks or as A,B: %1. Default play."_s.arg(patternNames()), u"NAME"_s,
          u"play"_s},
+        {u"fader"_s,
+         u"Who moves the crossfader, in time with the patterns: %1. \"pattern\" is the pattern of deck A, "
+         "\"none\" leaves it in the middle, the others are the cuts of that pattern whatever the hands do. "
+         "Default pattern."_s.arg(faderNames()),
+         u"NAME"_s, u"pattern"_s},
         {u"bpm"_s, u"Tempo of the patterns, 20 to 400. Default 84."_s, u"N"_s, u"84"_s},
         {u"noise"_s, u"White noise within this percentage of full scale, 0 to 100. Default 0."_s,
          u"PERCENT"_s, u"0"_s},
@@ -128,6 +153,16 @@ bool DeckOptionsParser::readSignal(DeckOptions& options) {
         return fail(
             u"No timecode \"%1\"; there are %2."_s.arg(m_parser.value(u"timecode"_s), timecodeNames()));
     }
+    if (!readHands(options)) {
+        return false;
+    }
+    return number(u"bpm"_s, 20.0, 400.0, options.bpm) &&
+           number(u"noise"_s, 0.0, 100.0, options.noisePercent) &&
+           number(u"dc"_s, -32768.0, 32767.0, options.dcOffset) &&
+           whole(u"seed"_s, 0, std::numeric_limits<std::uint32_t>::max(), options.seed);
+}
+
+bool DeckOptionsParser::readHands(DeckOptions& options) {
     QStringList names = m_parser.value(u"pattern"_s).split(u',');
     if (names.size() == 1) {
         names << names.constFirst();
@@ -142,10 +177,17 @@ bool DeckOptionsParser::readSignal(DeckOptions& options) {
         }
         options.patterns[static_cast<std::size_t>(deck)] = *pattern;
     }
-    return number(u"bpm"_s, 20.0, 400.0, options.bpm) &&
-           number(u"noise"_s, 0.0, 100.0, options.noisePercent) &&
-           number(u"dc"_s, -32768.0, 32767.0, options.dcOffset) &&
-           whole(u"seed"_s, 0, std::numeric_limits<std::uint32_t>::max(), options.seed);
+    const QString fader = m_parser.value(u"fader"_s);
+    if (fader == u"none"_s) {
+        options.fader = MotionPattern::Play; // which leaves it in the middle
+    } else if (fader != u"pattern"_s) {
+        const bool cuts = std::count(cutPatterns.begin(), cutPatterns.end(), fader.toStdString()) != 0;
+        if (!cuts) {
+            return fail(u"--fader is one of %1, not \"%2\"."_s.arg(faderNames(), fader));
+        }
+        options.fader = Motion::patternFromName(fader.toStdString());
+    }
+    return true;
 }
 
 bool DeckOptionsParser::readTarget(DeckOptions& options) {

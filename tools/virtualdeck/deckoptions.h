@@ -15,6 +15,8 @@
 struct DeckOptions {
     TimecodeDefinition timecode;
     std::array<MotionPattern, 2> patterns{MotionPattern::Play, MotionPattern::Play}; ///< of decks A and B
+    std::optional<MotionPattern>
+        fader; ///< whose cuts the crossfader makes; nothing: those of deck A's pattern
     double bpm = Motion::defaultBpm;
     double noisePercent = 0.0;
     double dcOffset = 0.0; ///< on the 16-bit scale
@@ -39,6 +41,7 @@ public:
 
 private:
     bool readSignal(DeckOptions& options);
+    bool readHands(DeckOptions& options);
     bool readTarget(DeckOptions& options);
     bool number(const QString& option, double low, double high, double& value);
     bool whole(const QString& option, std::uint32_t low, std::uint32_t high, std::uint32_t& value);

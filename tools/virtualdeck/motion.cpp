@@ -183,6 +183,14 @@ Motion Motion::custom(std::function<MotionState(double)> function) {
     return motion;
 }
 
+Motion Motion::withFader(const Motion& hands, const Motion& fader) {
+    return custom([hands, fader](double t) {
+        MotionState s = hands.at(t);
+        s.crossfader = fader.at(t).crossfader;
+        return s;
+    });
+}
+
 std::optional<MotionPattern> Motion::patternFromName(std::string_view name) {
     for (const auto& [text, pattern] : patterns) {
         if (text == name) {

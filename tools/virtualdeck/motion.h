@@ -45,6 +45,9 @@ public:
     /// Any other motion. `function` has to be pure, and its speed the derivative of its position.
     static Motion custom(std::function<MotionState(double)> function);
 
+    /// The hands of one motion and the crossfader of another.
+    static Motion withFader(const Motion& hands, const Motion& fader);
+
     MotionState at(double t) const { return m_function(t); }
 
     /// "play", "baby" and so on.
