@@ -2,12 +2,13 @@
 
 option(GRAMO_ASAN "AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 option(GRAMO_TSAN "ThreadSanitizer" OFF)
+option(GRAMO_FUZZ "Fuzzers instead of replayers; needs clang" OFF)
 
 function(gramo_target target)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
         -Wno-sign-conversion -Wnon-virtual-dtor)
     # The instrumentation of a sanitizer makes GCC see overflows where there are none; there, warnings only warn.
-    if(NOT GRAMO_ASAN AND NOT GRAMO_TSAN)
+    if(NOT GRAMO_ASAN AND NOT GRAMO_TSAN AND NOT GRAMO_FUZZ)
         target_compile_options(${target} PRIVATE -Werror)
     endif()
     # The decoder's results are the same on every machine: no fused multiply-add, no reordering.
@@ -19,6 +20,11 @@ function(gramo_target target)
     if(GRAMO_ASAN)
         target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=undefined
             -fno-omit-frame-pointer)
+        target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+    endif()
+    if(GRAMO_FUZZ)
+        target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link,address,undefined
+            -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
         target_link_options(${target} PRIVATE -fsanitize=address,undefined)
     endif()
     if(GRAMO_TSAN)

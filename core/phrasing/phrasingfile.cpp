@@ -38,6 +38,12 @@ bool plausible(const QByteArray& content) {
     return true;
 }
 
+// In another encoding that a file declares, UTF-7 say, what plausible() looks for has other bytes. The reader
+// takes nothing but the declaration before this is asked.
+bool isUtf8(QStringView declared) {
+    return declared.isEmpty() || declared.compare(QStringLiteral("utf-8"), Qt::CaseInsensitive) == 0;
+}
+
 // None for fewer than three parts. A part that is no number counts as 0, a value out of range gives the
 // invalid colour.
 std::optional<QColor> colorOf(const QString& text) {
@@ -119,6 +125,11 @@ std::unique_ptr<ManagePhrasing> parsePhrasing(const QByteArray& content, const Q
     int depth = 0; // of elements around the present place
     while (!reader.atEnd()) {
         switch (reader.readNext()) {
+        case QXmlStreamReader::StartDocument:
+            if (!isUtf8(reader.documentEncoding())) {
+                return nullptr;
+            }
+            break;
         case QXmlStreamReader::StartElement:
             if (depth == 0) {
                 if (reader.qualifiedName() != Constant::Phrasing::root) {
@@ -158,12 +169,11 @@ std::unique_ptr<ManagePhrasing> parsePhrasing(const QByteArray& content, const Q
 }
 
 QString phrasingText(const QPhrasingList& areas, const QString& name) {
-    QString text;
+    // The writer starts a line of its own for the root.
+    QString text = QStringLiteral("<?xml version=\"1.0\" encoding=\"utf-8\"?>");
     QXmlStreamWriter writer(&text);
     writer.setAutoFormatting(true);
     writer.setAutoFormattingIndent(1);
-    writer.writeProcessingInstruction(QStringLiteral("xml"),
-                                      QStringLiteral("version=\"1.0\" encoding=\"utf-8\""));
     writer.writeStartElement(Constant::Phrasing::root);
     writer.writeAttribute(Constant::Phrasing::name, xmlText(name));
     writer.writeAttribute(Constant::Phrasing::scratchTools, QString());
@@ -175,7 +185,7 @@ QString phrasingText(const QPhrasingList& areas, const QString& name) {
         writer.writeAttribute(Constant::Phrasing::angleEnd, textOf(area->angleEnd()));
     }
     writer.writeEndDocument();
-    return text.startsWith(u'\n') ? text.sliced(1) : text; // the writer indents before everything it writes
+    return text;
 }
 
 PhrasingSave saveGRPFile(const QString& path, const QPhrasingList& areas) {

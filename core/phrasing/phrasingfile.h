@@ -19,8 +19,9 @@ inline constexpr qint64 largestPhrasingFile = 1 << 20;
 /// no plain file or too large, and for all that parsePhrasing() refuses.
 std::unique_ptr<ManagePhrasing> readGRPFile(const QString& path);
 
-/// The same from the bytes of a file. Null for broken XML, a document type declaration, an element with
-/// hundreds of attributes, another root, a colour of fewer than three parts, and areas that aren't valid.
+/// The same from the bytes of a file. Null for broken XML, another encoding than UTF-8, a document type
+/// declaration, an element with hundreds of attributes, another root, a colour of fewer than three parts, and
+/// areas that aren't valid.
 std::unique_ptr<ManagePhrasing> parsePhrasing(const QByteArray& content, const QString& path);
 
 /// The text of a phrasing file. Characters that XML can't carry are left out of labels and name.

@@ -462,7 +462,7 @@ private Q_SLOTS:
     void whatIsNoFileInThatFolderGivesNoWave() {
         QFETCH(QString, name);
         QDir().mkpath(pathScratchTools(u"folder"_s));
-        writeWave(pathData(u"outside.wav"_s), 100);
+        writeWave(pathData(u"outside.wav"_s), 104);
         writeWave(pathScratchTools(u"empty.wav"_s), 0);
         writeWave(pathScratchTools(u"before.wav"_s), 8);
         ManagePhrasing phrasing(ModelGraph::NOT_USED);

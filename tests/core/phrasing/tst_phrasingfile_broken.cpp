@@ -7,6 +7,7 @@
 
 #include <QDomDocument>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <cmath>
@@ -77,7 +78,10 @@ const QByteArray wholeFile = R"(<?xml version="1.0" encoding="utf-8"?>
 void checkAgainstThePlainReader(const QByteArray& content) {
     const auto phrasing = parsed(content);
     const auto plain = plainlyRead(content);
-    if (content.contains('\0') || content.contains("<!DOCTYPE")) {
+    static const QRegularExpression declaration(u"^<\\?xml[^>]*encoding=\"(?!utf-8\")"_s,
+                                                QRegularExpression::CaseInsensitiveOption);
+    if (content.contains('\0') || content.contains("<!DOCTYPE") ||
+        declaration.match(QString::fromLatin1(content)).hasMatch()) {
         QVERIFY(phrasing == nullptr);
         return;
     }
@@ -273,6 +277,27 @@ private Q_SLOTS:
         QVERIFY(parsed(wide) == nullptr);
         QVERIFY(parsed("\xFF\xFE" + wide) == nullptr);
         QVERIFY(parsed("<?xml version=\"1.0\" encoding=\"utf-16\"?><Phrasing/>") == nullptr);
+    }
+
+    void onlyUtf8IsReadWhateverTheLibraryKnows_data() {
+        QTest::addColumn<QByteArray>("encoding");
+        QTest::addColumn<QByteArray>("rest");
+        QTest::addColumn<bool>("read");
+        QTest::newRow("utf-8") << QByteArray("utf-8") << QByteArray("<Phrasing/>") << true;
+        QTest::newRow("UTF-8") << QByteArray("UTF-8") << QByteArray("<Phrasing/>") << true;
+        QTest::newRow("iso-8859-1") << QByteArray("iso-8859-1") << QByteArray("<Phrasing/>") << false;
+        QTest::newRow("utf-7") << QByteArray("utf-7") << QByteArray("+ADw-Phrasing/+AD4-") << false;
+        QTest::newRow("utf-7 with a document type")
+            << QByteArray("utf-7") << QByteArray("+ADwAIQ-DOCTYPE a+AD4APA-Phrasing/+AD4-") << false;
+        QTest::newRow("ebcdic") << QByteArray("cp870")
+                                << QByteArray("\x4C\xD7\x88\x99\x81\xA2\x89\x95\x87\x61\x6E") << false;
+        QTest::newRow("no such") << QByteArray("x") << QByteArray("<Phrasing/>") << false;
+    }
+    void onlyUtf8IsReadWhateverTheLibraryKnows() {
+        QFETCH(QByteArray, encoding);
+        QFETCH(QByteArray, rest);
+        QFETCH(bool, read);
+        QCOMPARE(parsed("<?xml version=\"1.0\" encoding=\"" + encoding + "\"?>" + rest) != nullptr, read);
     }
 
     void aFloodOfAttributesIsRefusedUnread() {
