@@ -1,4 +1,5 @@
-// Both searches of a curve, at five thousand points and at five million.
+// Both searches of a curve and the extremes of what a graph shows of it, at five thousand points and at five
+// million.
 
 #include "ratio.h"
 #include "support/drivendecks.h"
@@ -24,6 +25,7 @@ QCurve& curve(std::size_t count) {
                 points.prepare();
                 points.append(point);
                 point.time += curveStep;
+                point.position = scatterUnit(2, i);
             }
         }
     };
@@ -68,6 +70,37 @@ void findLastAmongMany(benchmark::State& state) {
     searchAnywhere(state, many, last);
 }
 
+/// What every paint asks for: the extremes of the visible stretch. All of the curve is visible, but for less
+/// than a hundredth at either end, so that the stretch is another one each time.
+void extremesOf(benchmark::State& state, std::size_t count) {
+    QCurve& asked = curve(count);
+    const double frames = double(count) * curveStep;
+    std::uint64_t ask = 0;
+    double min = 0.0;
+    double max = 0.0;
+    bool found = false;
+    for (auto _ : state) {
+        const double from = scatterUnit(3, ask) * 0.01 * frames;
+        const double to = (1.0 - scatterUnit(4, ask) * 0.01) * frames;
+        ++ask;
+        asked.minMaxPosition(static_cast<std::int32_t>(from), static_cast<std::int32_t>(to), min, max, found);
+        benchmark::DoNotOptimize(min);
+        benchmark::DoNotOptimize(max);
+    }
+    if (!found) {
+        state.SkipWithError("nothing was visible");
+    }
+}
+
+void extremesOfFew(benchmark::State& state) {
+    extremesOf(state, few);
+}
+void extremesOfMany(benchmark::State& state) {
+    extremesOf(state, many);
+}
+
+BENCHMARK(extremesOfFew)->Unit(benchmark::kMicrosecond);
+BENCHMARK(extremesOfMany)->Unit(benchmark::kMicrosecond);
 BENCHMARK(findFirstAmongFew)->Unit(benchmark::kMicrosecond);
 BENCHMARK(findFirstAmongMany)->Unit(benchmark::kMicrosecond);
 BENCHMARK(findLastAmongFew)->Unit(benchmark::kMicrosecond);
@@ -79,9 +112,11 @@ int main(int argc, char* argv[]) {
     const QCoreApplication application(argc, argv);
     const QTemporaryDir data;
     useDataFolder(data.path());
-    return measureRatios(argc, argv,
-                         {{"1000 findFirstIndex, 5 million points against 5 thousand", "findFirstAmongMany",
-                           "findFirstAmongFew"},
-                          {"1000 findLastIndex, 5 million points against 5 thousand", "findLastAmongMany",
-                           "findLastAmongFew"}});
+    return measureRatios(
+        argc, argv,
+        {{"extremes on screen, 5 million points against 5 thousand", "extremesOfMany", "extremesOfFew"},
+         {"1000 findFirstIndex, 5 million points against 5 thousand", "findFirstAmongMany",
+          "findFirstAmongFew"},
+         {"1000 findLastIndex, 5 million points against 5 thousand", "findLastAmongMany",
+          "findLastAmongFew"}});
 }

@@ -61,6 +61,7 @@ void CurvePointStore::prepare() {
 }
 
 void CurvePointStore::clear() {
+    ++m_generation;
     if (m_live) {
         m_clearRequested.store(true, std::memory_order_release);
     } else {

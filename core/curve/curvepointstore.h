@@ -56,8 +56,13 @@ public:
     /// Says whether a stream's callback is the producer. Not while that callback runs.
     void setLive(bool live);
     bool isLive() const { return m_live; }
+    /// Another number after every clear and every amendment. Together with the address of the first point,
+    /// which a restart changes, it tells whether the points that a view shows are still those of an earlier
+    /// view.
+    std::uint64_t generation() const { return m_generation; }
     /// Calls `change(index, point)` on the points in order until it returns false. Not while live.
     template <typename Change> void amend(Change change) {
+        ++m_generation;
         const View all = view();
         for (std::size_t i = 0; i < all.size() && change(i, const_cast<CurvePoint&>(all[i])); ++i) {
         }
@@ -94,9 +99,10 @@ private:
     bool makeBlock();
 
     std::array<std::atomic<CurvePoint*>, maxBlocks> m_blocks{};
-    std::size_t m_made = 0;    ///< blocks made; GUI thread
-    std::size_t m_touched = 0; ///< points whose memory has been touched; GUI thread
-    bool m_live = false;       ///< GUI thread
+    std::size_t m_made = 0;         ///< blocks made; GUI thread
+    std::size_t m_touched = 0;      ///< points whose memory has been touched; GUI thread
+    bool m_live = false;            ///< GUI thread
+    std::uint64_t m_generation = 0; ///< GUI thread
     alignas(64) std::atomic<Range> m_range{0};
     std::atomic<bool> m_clearRequested{false};
     std::atomic<std::uint64_t> m_overflows{0};

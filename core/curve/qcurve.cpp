@@ -68,12 +68,10 @@ void QCurve::minMaxPosition(std::int32_t timeFrom, std::int32_t timeTo, double& 
     if (m_firstVisible >= m_lastVisible || m_lastVisible > all.size()) {
         return;
     }
-    min = all[m_firstVisible].position;
-    max = min;
-    for (std::size_t i = m_firstVisible + 1; i < m_lastVisible; ++i) {
-        min = std::min(min, all[i].position);
-        max = std::max(max, all[i].position);
-    }
+    const CurveExtremes::Extremes extremes =
+        m_extremes.over(all, m_points.generation(), m_firstVisible, m_lastVisible);
+    min = extremes.min;
+    max = extremes.max;
     found = true;
 }
 

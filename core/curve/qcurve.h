@@ -1,5 +1,6 @@
 #pragma once
 
+#include "curveextremes.h"
 #include "curvepointstore.h"
 #include "model/modelgraph.h"
 
@@ -38,7 +39,8 @@ public:
     CurvePoint pointAt(std::int32_t time) const;
     /// Smallest and largest position from the first visible point up to and not including the last, and which
     /// points these are. `found` is false, and the two stay untouched, where fewer than two points are
-    /// visible.
+    /// visible. Asked at every paint: its time doesn't grow with the number of points, but for what was added
+    /// since.
     void minMaxPosition(std::int32_t timeFrom, std::int32_t timeTo, double& min, double& max, bool& found);
 
     /// Writes "<recording folder>/<baseName>.grw": tempo, count and 23 bytes a point. In silence where the
@@ -62,4 +64,5 @@ private:
     std::size_t m_firstVisible = 0;
     std::size_t m_lastVisible = 0;
     CurvePointStore& m_points;
+    CurveExtremes m_extremes;
 };
