@@ -1,6 +1,7 @@
 #include "qwview.h"
 
 #include "button/qb2push.h"
+#include "menu/qwcontextgraph.h"
 #include "menu/qwgridtool.h"
 #include "painter/qwpainter.h"
 
@@ -8,6 +9,7 @@
 #include "model/constants.h"
 #include "model/enumtext.h"
 #include "model/modelstyle.h"
+#include "phrasing/managephrasing.h"
 #include "state/mode.h"
 #include "state/pathfile.h"
 #include "state/performance.h"
@@ -64,6 +66,7 @@ QWView::QWView(CurvePointStore& mainA, CurvePointStore& secondaryA, CurvePointSt
         connect(&setting, &Setting::s_updateStyle, graph, &QWPainter::initIcon);
         connect(shared.mode(), &Mode::s_ModeDisplayChanged, graph, &QWPainter::refreshVariable);
         connect(shared.mode(), &Mode::s_ModeDisplayChanged, graph, &QWPainter::initGraph);
+        connect(graph, &QWPainter::s_PressRightButton, this, &QWView::contectGraphShow);
     }
     if (window() != this) {
         window()->installEventFilter(this);
@@ -108,6 +111,11 @@ void QWView::makeShortcuts() {
     }
     shortcut(Qt::Key_Backspace, [&shared] { shared.calculVinylDeltaPositionB(); });
 
+    phrasingKeys(Qt::Key_E, Qt::Key_R, m_painterDeckA);
+    phrasingKeys(Qt::Key_I, Qt::Key_O, m_painterDeckB);
+    shortcut(Qt::Key_S, [this] { m_painterDeckA->saveToColorFileA(); });
+    shortcut(Qt::Key_J, [this] { m_painterDeckB->saveToColorFileB(); });
+
     const auto tag = [this](Qt::Key key, void (QWPainter::*draw)()) {
         const auto* digit = new QShortcut(key, this);
         for (QWPainter* graph : {m_painterDeckA, m_painterDeckB}) {
@@ -121,12 +129,57 @@ void QWView::makeShortcuts() {
     tag(Qt::Key_4, &QWPainter::drawTagNumber_4);
 }
 
+void QWView::phrasingKeys(Qt::Key make, Qt::Key remove, const QWPainter* graph) {
+    ManagePhrasing* areas = graph->colorAreas();
+    shortcut(make, [areas] { areas->addArea(); });
+    shortcut(Qt::SHIFT | make, [areas] { areas->defineAngleStart(); });
+    shortcut(Qt::CTRL | Qt::SHIFT | make, [areas] { areas->addAreaOnAllEmptyArea(); });
+    shortcut(remove, [areas] { areas->deleteArea(); });
+    shortcut(Qt::SHIFT | remove, [areas] { areas->initAreas(); });
+}
+
 void QWView::playSound() {
     Q_EMIT s_Record();
 }
 
 void QWView::actionQuit() {
     close();
+}
+
+QWContextGraph* QWView::contextGraph() const {
+    return m_contextGraph;
+}
+
+void QWView::contectGraphShow(int x, int y) {
+    const auto* graph = qobject_cast<const QWPainter*>(sender());
+    if (graph == nullptr) {
+        graph = m_painterDeckA->isHidden() ? m_painterDeckB : m_painterDeckA;
+    }
+    createContexteMenu();
+    // The graph stands beside the colour menu, so its own pixel is what says where the pointer is.
+    const int shift = Singleton::instance().mode()->modeColor() ? QWPainter::colorMenuWidth : 0;
+    m_contextGraph->popup(graph->mapToGlobal(QPoint(x - shift, y)));
+}
+
+void QWView::createContexteMenu() {
+    if (m_contextGraph != nullptr) {
+        m_contextGraph->deleteLater(); // one that was put away without being closed
+    }
+    Mode* mode = Singleton::instance().mode();
+    m_contextGraph = new QWContextGraph(this);
+    connect(m_contextGraph, &QWContextGraph::s_Autoresize_on, mode, &Mode::modeAutoresize_on);
+    connect(m_contextGraph, &QWContextGraph::s_Autoresize_off, mode, &Mode::modeAutoresize_off);
+    connect(m_contextGraph, &QWContextGraph::s_SelectArea, mode, &Mode::modeSelectArea_on);
+    if (mode->modeAutoresize()) {
+        m_contextGraph->autoresize_on();
+    }
+}
+
+void QWView::endAutoresize() {
+    if (m_contextGraph != nullptr) {
+        m_contextGraph->autoresize_off();
+    }
+    Singleton::instance().mode()->modeAutoresize_off();
 }
 
 void QWView::closeEvent(QCloseEvent* event) {

@@ -5,9 +5,11 @@
 #include "model/modelinput.h"
 
 #include <QKeySequence>
+#include <QPointer>
 #include <QString>
 #include <QWidget>
 
+class QWContextGraph;
 class QWGridTool;
 class QWPainter;
 class RecordingLooperTraining;
@@ -25,6 +27,8 @@ public:
     QWPainter* painterDeckA() const { return m_painterDeckA; }
     QWPainter* painterDeckB() const { return m_painterDeckB; }
     QWGridTool* gridTool() const { return m_gridTool; }
+    /// The graphs' menu of the last right press; null once it has been closed and deleted.
+    QWContextGraph* contextGraph() const;
 
 Q_SIGNALS:
     void s_Record();
@@ -37,6 +41,12 @@ public Q_SLOTS:
     /// The end of the count-in: what belongs to the session starts.
     void playSound();
     void actionQuit();
+    /// Pops the graphs' menu up at a right press, with the pixel as the graph that was pressed tells it.
+    void contectGraphShow(int x, int y);
+    /// Makes the graphs' menu anew, as it dies with its closing, and connects it.
+    void createContexteMenu();
+    /// A graph has fitted its range without a session: once is enough.
+    void endAutoresize();
     /// Writes out what a recorded session produced. Waits a quarter of a second for the recorders; without a
     /// recording it does nothing and doesn't wait.
     void exportFile();
@@ -56,9 +66,12 @@ protected:
 private:
     void layOut();
     void makeShortcuts();
+    /// The five keys that work on the areas of a graph.
+    void phrasingKeys(Qt::Key make, Qt::Key remove, const QWPainter* graph);
     template <typename Action> void shortcut(const QKeySequence& keys, Action action);
 
     QWPainter* m_painterDeckA = nullptr;
     QWPainter* m_painterDeckB = nullptr;
     QWGridTool* m_gridTool = nullptr;
+    QPointer<QWContextGraph> m_contextGraph;
 };

@@ -2,6 +2,28 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US" sourcelanguage="en_US">
 <context>
+    <name>GraphGrid</name>
+    <message>
+        <source>Frequency (bpm)</source>
+        <translation>Frequency (bpm)</translation>
+    </message>
+</context>
+<context>
+    <name>QWContextGraph</name>
+    <message>
+        <source>Zoom</source>
+        <translation>Zoom</translation>
+    </message>
+    <message>
+        <source>Auto-resize</source>
+        <translation>Auto-resize</translation>
+    </message>
+    <message>
+        <source>Selection area</source>
+        <translation>Selection area</translation>
+    </message>
+</context>
+<context>
     <name>QWGridTool</name>
     <message>
         <source>Record the session</source>
@@ -57,6 +79,41 @@
     <message>
         <source>No sound from the device</source>
         <translation>No sound from the device</translation>
+    </message>
+    <message>
+        <source>File already imported !</source>
+        <translation>File already imported !</translation>
+    </message>
+    <message>
+        <source>New file has been created and loaded into color tab !!</source>
+        <translation>New file has been created and loaded into color tab !!</translation>
+    </message>
+</context>
+<context>
+    <name>SaveColorPhrasing</name>
+    <message>
+        <source>Save</source>
+        <translation>Save</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>Save configuration of phrasing colors: </source>
+        <translation>Save configuration of phrasing colors: </translation>
+    </message>
+    <message>
+        <source>Input DeckB</source>
+        <translation>Input DeckB</translation>
+    </message>
+    <message>
+        <source>Input DeckA</source>
+        <translation>Input DeckA</translation>
+    </message>
+    <message>
+        <source>Filename</source>
+        <translation>Filename</translation>
     </message>
 </context>
 </TS>

@@ -2,6 +2,28 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="es_ES" sourcelanguage="en_US">
 <context>
+    <name>GraphGrid</name>
+    <message>
+        <source>Frequency (bpm)</source>
+        <translation>Frecuencia (bpm)</translation>
+    </message>
+</context>
+<context>
+    <name>QWContextGraph</name>
+    <message>
+        <source>Zoom</source>
+        <translation>Zoom</translation>
+    </message>
+    <message>
+        <source>Auto-resize</source>
+        <translation>Ajuste automático</translation>
+    </message>
+    <message>
+        <source>Selection area</source>
+        <translation>Seleccionar un área</translation>
+    </message>
+</context>
+<context>
     <name>QWGridTool</name>
     <message>
         <source>Record the session</source>
@@ -57,6 +79,41 @@
     <message>
         <source>No sound from the device</source>
         <translation>No llega sonido del dispositivo</translation>
+    </message>
+    <message>
+        <source>File already imported !</source>
+        <translation>¡El archivo ya está importado!</translation>
+    </message>
+    <message>
+        <source>New file has been created and loaded into color tab !!</source>
+        <translation>¡¡El archivo nuevo se ha creado y cargado en la pestaña de colores!!</translation>
+    </message>
+</context>
+<context>
+    <name>SaveColorPhrasing</name>
+    <message>
+        <source>Save</source>
+        <translation>Guardar</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Cerrar</translation>
+    </message>
+    <message>
+        <source>Save configuration of phrasing colors: </source>
+        <translation>Guardar la configuración de colores de fraseo: </translation>
+    </message>
+    <message>
+        <source>Input DeckB</source>
+        <translation>Entrada del plato B</translation>
+    </message>
+    <message>
+        <source>Input DeckA</source>
+        <translation>Entrada del plato A</translation>
+    </message>
+    <message>
+        <source>Filename</source>
+        <translation>Nombre de archivo</translation>
     </message>
 </context>
 </TS>

@@ -2,6 +2,28 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="fr_FR" sourcelanguage="en_US">
 <context>
+    <name>GraphGrid</name>
+    <message>
+        <source>Frequency (bpm)</source>
+        <translation>Fréquence (bpm)</translation>
+    </message>
+</context>
+<context>
+    <name>QWContextGraph</name>
+    <message>
+        <source>Zoom</source>
+        <translation>Zoom</translation>
+    </message>
+    <message>
+        <source>Auto-resize</source>
+        <translation>Ajustement automatique</translation>
+    </message>
+    <message>
+        <source>Selection area</source>
+        <translation>Sélectionner une zone</translation>
+    </message>
+</context>
+<context>
     <name>QWGridTool</name>
     <message>
         <source>Record the session</source>
@@ -57,6 +79,41 @@
     <message>
         <source>No sound from the device</source>
         <translation>Aucun son ne vient de l’appareil</translation>
+    </message>
+    <message>
+        <source>File already imported !</source>
+        <translation>Fichier déjà importé !</translation>
+    </message>
+    <message>
+        <source>New file has been created and loaded into color tab !!</source>
+        <translation>Le nouveau fichier est créé et chargé dans l’onglet des couleurs !!</translation>
+    </message>
+</context>
+<context>
+    <name>SaveColorPhrasing</name>
+    <message>
+        <source>Save</source>
+        <translation>Enregistrer</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Fermer</translation>
+    </message>
+    <message>
+        <source>Save configuration of phrasing colors: </source>
+        <translation>Enregistrer les couleurs de phrasing : </translation>
+    </message>
+    <message>
+        <source>Input DeckB</source>
+        <translation>Entrée platine B</translation>
+    </message>
+    <message>
+        <source>Input DeckA</source>
+        <translation>Entrée platine A</translation>
+    </message>
+    <message>
+        <source>Filename</source>
+        <translation>Nom du fichier</translation>
     </message>
 </context>
 </TS>

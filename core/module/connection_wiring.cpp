@@ -65,6 +65,15 @@ void Connection::wireGraphs() {
                     &QCurve::initStartTimecode);
         }
     }
+    // The two graphs show the same stretch of time. Neither slot sends, so nothing goes round.
+    connect(a, &QWPainter::s_XRange, b, &QWPainter::updateXRange);
+    connect(b, &QWPainter::s_XRange, a, &QWPainter::updateXRange);
+    for (QWPainter* painter : {a, b}) {
+        connect(painter, &QWPainter::s_EndSelectArea, Singleton::instance().mode(),
+                &Mode::modeSelectArea_off);
+        // Queued: it is sent from within a paint, and both graphs are painted before the mode goes off.
+        connect(painter, &QWPainter::s_EndAutoresize, m_view, &QWView::endAutoresize, Qt::QueuedConnection);
+    }
     RecordingLooperTraining* entry = Singleton::instance().recordingLooperTraining();
     connect(entry, &RecordingLooperTraining::s_OpenCurve_1, a, &QWPainter::importCurve_Secondary);
     connect(entry, &RecordingLooperTraining::s_OpenCurve_2, b, &QWPainter::importCurve_Secondary);

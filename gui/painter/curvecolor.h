@@ -1,10 +1,15 @@
 #pragma once
 
+#include "graphstyle.h"
+
 #include "model/modelgraph.h"
+#include "phrasing/qphrasing.h"
 
 #include <QColor>
 
-/// Colour of a curve.
+#include <optional>
+
+/// Colour of a curve on a deck without areas.
 inline QColor curveColor(ModelGraph::EnumGraph item) {
     switch (item) {
     case ModelGraph::INPUT_DECKA:
@@ -18,6 +23,35 @@ inline QColor curveColor(ModelGraph::EnumGraph item) {
     default:
         return QColor(0, 0, 0);
     }
+}
+
+/// Colour of a curve in an area of that colour: a reference is lighter than the live curve.
+inline QColor curveColorInArea(ModelGraph::EnumGraph item, const QColor& area) {
+    if (item != ModelGraph::INPUT_1 && item != ModelGraph::INPUT_2) {
+        return area;
+    }
+    const auto raised = [](int value) { return value < 205 ? value + 50 : value; };
+    return QColor(raised(area.red()), raised(area.green()), raised(area.blue()), area.alpha());
+}
+
+/// Colour of a point of a curve: that of the area it lies in. Where the deck has areas and the point lies in
+/// none it is grey or, without `noSoundGrey`, fully transparent.
+inline QColor curvePointColor(ModelGraph::EnumGraph item, const std::optional<QColor>& area,
+                              bool deckHasAreas, bool noSoundGrey) {
+    if (area) {
+        return curveColorInArea(item, *area);
+    }
+    if (deckHasAreas) {
+        return noSoundGrey ? graphGrey : QColor(0, 0, 0, 0);
+    }
+    return curveColor(item);
+}
+
+/// The same with the area itself, null outside all areas.
+inline QColor curveColor(ModelGraph::EnumGraph item, const QPhrasing* area, bool deckHasAreas,
+                         bool noSoundGrey) {
+    return curvePointColor(item, area ? std::optional(area->color()) : std::nullopt, deckHasAreas,
+                           noSoundGrey);
 }
 
 /// Colour of a curve's sound strip.

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr double farAway = 16000.0; // pixels beyond any screen and within what the painter can take
+constexpr double farAway = 16000.0; // pixels beyond any screen
 
 bool finite(const QLineF& line) {
     return std::isfinite(line.x1()) && std::isfinite(line.y1()) && std::isfinite(line.x2()) &&
@@ -23,23 +23,40 @@ bool outside(const QLineF& line, const QRectF& view, double margin) {
            std::min(line.x1(), line.x2()) > view.right() + margin;
 }
 
-QPointF withinReach(const QPointF& point) {
-    return {std::clamp(point.x(), -farAway, farAway), std::clamp(point.y(), -farAway, farAway)};
+double withinReach(double coordinate) {
+    return std::clamp(coordinate, -farAway, farAway);
 }
 
 } // namespace
 
-void SegmentDrawing::draw(QPainter& painter, const QRectF& view, const CurveExtract& curve,
-                          const GraphOptions& options, const CurveSegment& segment) {
-    const bool soundOn = curve.points[segment.point].soundOn != 0;
-    const QPen& pen = m_pen.pen(curve.item, soundOn, curveColor(curve.item), options);
-    if (pen.style() == Qt::NoPen || !finite(segment.line) || outside(segment.line, view, pen.widthF())) {
+void CurveDrawing::add(CurveStrokes& strokes, const CurveScene& scene, CurvePen& pens,
+                       ModelGraph::EnumGraph item, const CurvePoint& point, const CurveSegment& segment) {
+    const AreaColors::Area* area = scene.areas ? scene.areas->at(point.angle) : nullptr;
+    const QColor color = curvePointColor(item, area ? std::optional(area->color) : std::nullopt,
+                                         scene.areas && !scene.areas->empty(), scene.options.curveNoSound);
+    const QPen& pen = pens.pen(item, point.soundOn != 0, color, scene.options);
+    const double width = pen.widthF();
+    if (pen.style() == Qt::NoPen || pen.color().alpha() == 0 || !finite(segment.line) ||
+        outside(segment.line, scene.view, width)) {
         return;
     }
-    if (painter.pen() != pen) {
-        painter.setPen(pen);
+    const QLineF& line = segment.line;
+    strokes.strokes[strokes.count++] = {{withinReach(line.x1()), withinReach(line.y1()),
+                                         withinReach(line.x2()), withinReach(line.y2()), width},
+                                        qPremultiply(pen.color().rgba())};
+}
+
+CurveStrokes CurveDrawing::strokes(const CurveScene& scene, const CurveExtract& curve,
+                                   const CurveStep& step) {
+    CurveStrokes strokes;
+    for (std::size_t i = 0; i < step.lines; ++i) {
+        const CurveSegment& segment = step.segments[i];
+        add(strokes, scene, m_pens, curve.item, curve.points[segment.point], segment);
     }
-    painter.drawLine(withinReach(segment.line.p1()), withinReach(segment.line.p2()));
+    if (step.tick) {
+        add(strokes, scene, m_wavePens, ModelGraph::WAV_DIRECT, curve.points[step.tick->point], *step.tick);
+    }
+    return strokes;
 }
 
 void drawSoundStrip(const CurveScene& scene, const CurveExtract& curve) {

@@ -1,17 +1,36 @@
 #pragma once
 
+#include "areacolors.h"
+#include "capsule.h"
+#include "curveline.h"
 #include "curvepen.h"
-#include "normalline.h"
 
-/// Draws the lines of curves, each in the pen of its point and each by itself.
-class SegmentDrawing {
+/// A line as it is drawn.
+struct CurveStroke {
+    Capsule capsule; ///< pixels of the widget
+    QRgb color = 0;  ///< premultiplied
+};
+
+/// The strokes of a step in the order of drawing: its lines and the direct wave.
+struct CurveStrokes {
+    std::array<CurveStroke, 3> strokes;
+    std::size_t count = 0;
+    const CurveStroke* begin() const { return strokes.data(); }
+    const CurveStroke* end() const { return strokes.data() + count; }
+};
+
+/// Gives the lines of a curve the pens of their points. Left out is what can't be seen: lines without a style
+/// or a colour, outside the view, or to no number.
+class CurveDrawing {
 public:
-    /// Draws with `painter` what can be seen in `view`. Lines that lead to no number are left out.
-    void draw(QPainter& painter, const QRectF& view, const CurveExtract& curve, const GraphOptions& options,
-              const CurveSegment& segment);
+    CurveStrokes strokes(const CurveScene& scene, const CurveExtract& curve, const CurveStep& step);
 
 private:
-    CurvePen m_pen;
+    void add(CurveStrokes& strokes, const CurveScene& scene, CurvePen& pens, ModelGraph::EnumGraph item,
+             const CurvePoint& point, const CurveSegment& segment);
+
+    CurvePen m_pens;
+    CurvePen m_wavePens;
 };
 
 /// Draws the history of a curve's crossfader along the top of the plot.

@@ -1,11 +1,13 @@
 #include "curvelayer.h"
 
+#include "devicepixels.h"
+#include "shiniicons.h"
+
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
 namespace {
-
-constexpr int bytesOfPixel = 4;
 
 // How many pixels make a whole number of device pixels; 0 for more than 4.
 int phasesOf(double ratio) {
@@ -23,14 +25,8 @@ double roundedUp(double value, int multiple) {
 
 // How far the pixels of a line reach beyond its points.
 double reachOf(const GraphOptions& options) {
-    return std::max(options.curveOnSize, 1) / 2.0 + 2.0;
-}
-
-// The painter draws on device pixels from here on, with the widget's corner at 0, 0.
-void useDevicePixels(QPainter& painter) {
-    const QTransform device = painter.deviceTransform();
-    const QTransform corner = QTransform::fromTranslate(std::floor(device.dx()), std::floor(device.dy()));
-    painter.setWorldTransform(corner * device.inverted() * painter.worldTransform());
+    constexpr int widestWave = 3;
+    return std::max(options.curveOnSize, widestWave) / 2.0 + 2.0;
 }
 
 bool samePoint(const CurvePoint& a, const CurvePoint& b) {
@@ -39,9 +35,15 @@ bool samePoint(const CurvePoint& a, const CurvePoint& b) {
 
 } // namespace
 
+Capsule CurveLayer::Device::placed(const Capsule& capsule) const {
+    return {capsule.x1 * ratio + fraction.x(), capsule.y1 * ratio + fraction.y(),
+            capsule.x2 * ratio + fraction.x(), capsule.y2 * ratio + fraction.y(), capsule.width * ratio};
+}
+
 bool CurveLayer::Key::fits(const Key& other) const {
     return device == other.device && scale.movedFrom(other.scale) && options == other.options &&
-           item == other.item && offset == other.offset && stride == other.stride && front == other.front;
+           display == other.display && item == other.item && offset == other.offset &&
+           stride == other.stride && front == other.front && colors == other.colors;
 }
 
 void CurveLayer::forget() {
@@ -50,66 +52,129 @@ void CurveLayer::forget() {
     }
 }
 
-void CurveLayer::drawDirect(const CurveScene& scene, const CurveExtract& curve, const NormalLine& line) {
-    for (const CurveSegment& segment : line.all()) {
-        m_drawing.draw(scene.painter, scene.view, curve, scene.options, segment);
+void CurveLayer::noteColors(const CurveScene& scene) {
+    static const AreaColors none;
+    const AreaColors& areas = scene.areas ? *scene.areas : none;
+    if (!(areas == m_areas) ||
+        !std::equal(scene.wavePairs.begin(), scene.wavePairs.end(), m_wavePairs.begin(), m_wavePairs.end())) {
+        m_areas = areas;
+        m_wavePairs.assign(scene.wavePairs.begin(), scene.wavePairs.end());
+        ++m_colors;
     }
 }
 
 void CurveLayer::draw(const CurveScene& scene, const CurveExtract& curve, double offset) {
-    const NormalLine line(curve, scene.scale, offset);
+    const auto line = curveLine(scene, curve, offset);
     const QTransform transform = scene.painter.deviceTransform();
     const double ratio = transform.m11();
-    const int phases =
-        transform.type() <= QTransform::TxScale && ratio == transform.m22() ? phasesOf(ratio) : 0;
-    const double reach = reachOf(scene.options);
-    const double seam =
-        line.lastChosen() ? roundedUp(line.column(line.walk().start) + reach, std::max(phases, 1)) : -1.0;
-    if (phases == 0 || !(seam >= 0.0 && seam < scene.view.right())) {
-        drawDirect(scene, curve, line);
+    // A painter that turns or shears isn't one of a screen.
+    if (!line || transform.type() > QTransform::TxScale || ratio != transform.m22() || !(ratio > 0.0)) {
         return;
     }
-    const QSize size(int(std::ceil((scene.view.right() + reach) * ratio)) + 1,
-                     int(std::ceil(scene.view.bottom() * ratio)) + 1);
+    noteColors(scene);
+    const double reach = reachOf(scene.options);
     const Device device{
         ratio,
-        {transform.dx() - std::floor(transform.dx()), transform.dy() - std::floor(transform.dy())},
-        size};
-    const Key key{device, scene.scale,        scene.options,        curve.item,
-                  offset, line.walk().stride, &curve.points.front()};
-    const std::int64_t phase = scene.scale.anchor() % phases;
-    Picture& picture = m_pictures[std::size_t(phase < 0 ? phase + phases : phase)];
-    update(picture, key, scene, curve, line);
-
-    drawEntry(scene, curve, line, seam);
-    const int from = int(std::lround(seam * ratio));
-    scene.painter.save();
-    useDevicePixels(scene.painter);
-    scene.painter.drawImage(QPoint(from, 0), picture.image, QRect(QPoint(from, 0), size));
-    scene.painter.restore();
-    if (const auto tail = line.tail()) {
-        m_drawing.draw(scene.painter, scene.view, curve, scene.options, *tail);
+        DevicePixels(scene.painter).fraction(),
+        {int(std::ceil((scene.view.right() + reach) * ratio)) + 1,
+         int(std::ceil(scene.view.bottom() * ratio)) + 1}};
+    if (line->lastChosen()) {
+        const int phases = phasesOf(ratio);
+        const double seam = roundedUp(line->column(line->walk().start) + reach, std::max(phases, 1));
+        const std::int64_t phase = phases > 0 ? scene.scale.anchor() % phases : 0;
+        Picture& picture = m_pictures[std::size_t(phase < 0 ? phase + phases : phase)];
+        if (phases == 0 || !(seam >= 0.0 && seam < scene.view.right())) {
+            drawAll(picture, device, scene, curve, *line);
+        } else {
+            update(picture,
+                   {device, scene.scale, scene.options, scene.display, curve.item, offset,
+                    line->walk().stride, &curve.points.front(), m_colors},
+                   scene, curve, *line);
+            drawEntry(picture, device, scene, curve, *line, seam);
+        }
+        const OnDevicePixels pixels(scene.painter);
+        picture.picture.paintTo(scene.painter);
+    }
+    if (const auto tail = line->tail()) {
+        drawTail(device, scene, curve, *tail);
+    }
+    if (scene.icons) {
+        scene.icons->draw(scene.painter, shiniMarks(*line, scene.options.shini, scene.reverse));
     }
 }
 
-void CurveLayer::drawEntry(const CurveScene& scene, const CurveExtract& curve, const NormalLine& line,
-                           double seam) {
-    QPainter& painter = scene.painter;
-    const double ratio = painter.deviceTransform().m11();
-    const double reach = reachOf(scene.options);
-    painter.save();
-    const QTransform world = painter.worldTransform();
-    useDevicePixels(painter);
-    painter.setClipRect(
-        QRect(0, 0, int(std::lround(seam * ratio)), int(std::ceil(scene.view.bottom() * ratio)) + 1));
-    painter.setWorldTransform(world);
-    m_drawing.draw(painter, scene.view, curve, scene.options, line.entry());
+void CurveLayer::drawStep(ScrollPicture& picture, const Device& device, const CurveScene& scene,
+                          const CurveExtract& curve, const CurveStep& step, int before) {
+    for (const CurveStroke& stroke : m_drawing.strokes(scene, curve, step)) {
+        picture.draw(device.placed(stroke.capsule), stroke.color, before);
+    }
+}
+
+void CurveLayer::drawAll(Picture& picture, const Device& device, const CurveScene& scene,
+                         const CurveExtract& curve, const CurveLine& line) {
+    picture.key.reset();
+    picture.picture.reset(device.size);
+    const int end = device.size.width();
+    if (const auto entry = line.entry()) {
+        drawStep(picture.picture, device, scene, curve, *entry, end);
+    }
     const CurveWalk walk = line.walk();
+    for (std::size_t i = walk.start + walk.stride; i <= *line.lastChosen(); i += walk.stride) {
+        drawStep(picture.picture, device, scene, curve, line.step(i), end);
+    }
+}
+
+void CurveLayer::drawEntry(Picture& picture, const Device& device, const CurveScene& scene,
+                           const CurveExtract& curve, const CurveLine& line, double seam) {
+    const int before = int(std::lround(seam * device.ratio));
+    picture.picture.clearBefore(before);
+    if (const auto entry = line.entry()) {
+        drawStep(picture.picture, device, scene, curve, *entry, before);
+    }
+    const CurveWalk walk = line.walk();
+    const double reach = reachOf(scene.options);
     for (std::size_t i = walk.start + walk.stride;
          i <= *line.lastChosen() && line.column(i - walk.stride) - reach < seam; i += walk.stride) {
-        m_drawing.draw(painter, scene.view, curve, scene.options, line.segment(i));
+        drawStep(picture.picture, device, scene, curve, line.step(i), before);
     }
-    painter.restore();
+}
+
+// In a picture of its own, as large as its lines: the next paint has another tail.
+void CurveLayer::drawTail(const Device& device, const CurveScene& scene, const CurveExtract& curve,
+                          const CurveStep& tail) {
+    const CurveStrokes strokes = m_drawing.strokes(scene, curve, tail);
+    QRectF covered;
+    for (const CurveStroke& stroke : strokes) {
+        const Capsule c = device.placed(stroke.capsule);
+        const double margin = c.width / 2.0 + 2.0;
+        covered |= QRectF(QPointF(std::min(c.x1, c.x2), std::min(c.y1, c.y2)),
+                          QPointF(std::max(c.x1, c.x2), std::max(c.y1, c.y2)))
+                       .adjusted(-margin, -margin, margin, margin);
+    }
+    const QRect area = covered.toAlignedRect() & QRect(QPoint(0, 0), device.size);
+    if (area.isEmpty()) {
+        return;
+    }
+    if (m_tail.width() < area.width() || m_tail.height() < area.height()) {
+        m_tail = QImage(area.size().expandedTo(m_tail.size()), QImage::Format_ARGB32_Premultiplied);
+    }
+    CapsuleTarget target{reinterpret_cast<std::uint32_t*>(m_tail.bits()),
+                         m_tail.bytesPerLine() / 4,
+                         0,
+                         0,
+                         area.width(),
+                         area.height(),
+                         -area.x(),
+                         -area.y()};
+    for (int y = 0; y < area.height(); ++y) {
+        std::uint32_t* row = target.pixels + y * target.stride;
+        std::fill(row, row + area.width(), 0U);
+    }
+    for (const CurveStroke& stroke : strokes) {
+        drawCapsule(target, device.placed(stroke.capsule), stroke.color);
+    }
+    const OnDevicePixels pixels(scene.painter);
+    scene.painter.drawImage(area.topLeft(), m_tail, QRect(QPoint(0, 0), area.size()));
 }
 
 bool CurveLayer::scroll(Picture& picture, const Key& key, const CurveExtract& curve, std::size_t lastChosen) {
@@ -120,39 +185,24 @@ bool CurveLayer::scroll(Picture& picture, const Key& key, const CurveExtract& cu
     }
     const std::int64_t shift = key.scale.anchor() - picture.key->scale.anchor();
     const auto pixels = std::int64_t(std::llround(double(shift) * key.device.ratio));
-    if (pixels < 0 || pixels >= picture.image.width()) {
+    if (pixels < 0 || pixels >= picture.picture.size().width()) {
         return false;
     }
-    if (pixels > 0) {
-        const auto gone = std::size_t(pixels) * bytesOfPixel;
-        const auto kept = std::size_t(picture.image.width()) * bytesOfPixel - gone;
-        for (int y = 0; y < picture.image.height(); ++y) {
-            uchar* row = picture.image.scanLine(y);
-            std::memmove(row, row + gone, kept);
-            std::memset(row + kept, 0, gone);
-        }
-    }
+    picture.picture.scroll(int(pixels));
     return true;
 }
 
 void CurveLayer::update(Picture& picture, const Key& key, const CurveScene& scene, const CurveExtract& curve,
-                        const NormalLine& line) {
+                        const CurveLine& line) {
     const std::size_t last = *line.lastChosen();
     if (!scroll(picture, key, curve, last)) {
-        if (picture.image.size() != key.device.size) {
-            picture.image = QImage(key.device.size, QImage::Format_ARGB32_Premultiplied);
-        }
-        picture.image.fill(Qt::transparent);
+        picture.picture.reset(key.device.size);
         picture.lastDrawn = line.walk().start;
         ++m_redraws;
     }
-    QPainter painter(&picture.image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setTransform(QTransform(key.device.ratio, 0.0, 0.0, key.device.ratio, key.device.fraction.x(),
-                                    key.device.fraction.y()));
-    const QRectF view = scene.view.adjusted(0.0, 0.0, reachOf(scene.options), 0.0);
+    const int end = key.device.size.width();
     for (std::size_t i = picture.lastDrawn + key.stride; i <= last; i += key.stride) {
-        m_drawing.draw(painter, view, curve, scene.options, line.segment(i));
+        drawStep(picture.picture, key.device, scene, curve, line.step(i), end);
     }
     picture.key = key;
     picture.lastDrawn = last;

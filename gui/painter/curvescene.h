@@ -3,11 +3,18 @@
 #include "curvestride.h"
 #include "graphoptions.h"
 #include "graphscale.h"
+#include "wavepicture.h"
 
+#include "model/modeldisplay.h"
 #include "model/modelgraph.h"
 
 #include <QPainter>
 #include <QRectF>
+
+#include <span>
+
+class AreaColors;
+class ShiniIcons;
 
 /// What the drawings of one paint share.
 struct CurveScene {
@@ -15,6 +22,11 @@ struct CurveScene {
     const GraphScale& scale;
     const GraphOptions& options;
     QRectF view; ///< pixels that can be seen
+    ModelDisplay::EnumDisplay display = ModelDisplay::NORMAL;
+    const AreaColors* areas = nullptr;     ///< of the deck; null: none
+    std::span<const WavePair> wavePairs{}; ///< of one turn of the record; empty: the deck has no wave
+    ShiniIcons* icons = nullptr;           ///< null: cuts aren't marked
+    bool reverse = false;                  ///< the crossfader is reversed
 };
 
 /// A curve's points as a drawing takes them: once.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/modelshini.h"
+
 #include <optional>
 
 class Setting;
@@ -11,6 +13,11 @@ struct GraphOptions {
     int curveOnSize = 0;                        ///< width of a curve that sounds, 1 to widestCurve pixels
     bool curveCrossFaderOff = false;            ///< draw where the fader is closed
     bool curveCrossFaderOffInvertColor = false; ///< and in the inverted colour
+    bool curveNoSound = false;                  ///< grey, not gone, outside the deck's areas
+    ModelShini::EnumShini shini = ModelShini::Undefined; ///< how cuts are marked
+    bool directSound = false;                            ///< what is heard stands above the plot
+    bool vinylPosition = false;                          ///< a picture of the record in the corner
+    bool vinylColorRotation = false;                     ///< which turns with the record
     bool grid = false;
     bool latency = false;
     bool logo = false;

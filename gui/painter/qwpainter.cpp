@@ -1,15 +1,17 @@
 #include "qwpainter.h"
 
-#include "curveoffset.h"
 #include "graphcaption.h"
+#include "model/wholenumber.h"
+#include "qwdrawvinylposition.h"
+#include "qwpainterwav.h"
 #include "standstill.h"
-#include "wholenumber.h"
 #include "yrange.h"
 
 #include "curve/autoresize.h"
 #include "curve/qcurve.h"
 #include "model/enumtext.h"
 #include "model/modelstyle.h"
+#include "phrasing/managephrasing.h"
 #include "state/mode.h"
 #include "state/pathfile.h"
 #include "state/performance.h"
@@ -47,8 +49,11 @@ QWPainter::QWPainter(ModelGraph::EnumGraph deckName, ModelGraph::EnumGraph secon
     , m_setting(*Singleton::instance().setting())
     , m_optionCache(m_setting)
     , m_deckName(deckName)
+    , m_colorAreas(new ManagePhrasing(deckName, this))
     , m_secondaryCurve(new QCurve(secondaryName, secondaryPoints, this))
-    , m_mainCurve(new QCurve(deckName, mainPoints, this)) {
+    , m_mainCurve(new QCurve(deckName, mainPoints, this))
+    , m_wavePainter(new QWPainterWav(deckName, this))
+    , m_vinylPosition(new QWDrawVinylPosition(m_mainCurve, m_secondaryCurve, m_colorAreas, this)) {
     setObjectName(QStringLiteral("painter"));
     setAttribute(Qt::WA_OpaquePaintEvent); // every paint fills all of it
     m_countInTimer.setInterval(CountIn::tickMs);
@@ -58,6 +63,7 @@ QWPainter::QWPainter(ModelGraph::EnumGraph deckName, ModelGraph::EnumGraph secon
         }
         update();
     });
+    connect(m_colorAreas, &ManagePhrasing::s_Update, this, &QWPainter::generateWavPhrasing);
     refreshVariable();
     initGraph();
     initIcon();
@@ -89,7 +95,9 @@ void QWPainter::resizeEvent(QResizeEvent* event) {
 }
 
 void QWPainter::refreshVariable() {
-    m_layout = GraphLayout::of(width(), height(), false, false);
+    const bool wave = m_wavePainter->hasWave();
+    m_layout = GraphLayout::of(width(), height(), wave && m_mode.displayMode() == ModelDisplay::NORMAL,
+                               wave && m_optionCache.options().directSound);
 }
 
 void QWPainter::initGraph() {
@@ -113,10 +121,12 @@ void QWPainter::initIcon() {
     m_logoSource = pathIcon(red ? QStringLiteral("graphlogo/Logo - Gramo Works-WhiteDark - RedGuillotine.png")
                                 : QStringLiteral("graphlogo/Logo - Gramo Works-WhiteDark.png"));
     m_logo = QPixmap();
+    m_shiniIcons.load();
     update();
 }
 
 void QWPainter::initStart() {
+    m_currentArea = -1;
     Q_EMIT s_InitStart();
 }
 
@@ -125,6 +135,7 @@ void QWPainter::refresh() {
         m_time.setCursor(m_deckName,
                          std::trunc(m_time.framesNow(m_deckName, m_performance.sample(m_deckName))));
     }
+    followAreas();
     // 0: the deck has received nothing since its last restart.
     if (m_time.observeFrameCounter(m_deckName) == 0.0) {
         initStart();

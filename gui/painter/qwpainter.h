@@ -1,24 +1,34 @@
 #pragma once
 
+#include "areacolors.h"
 #include "countin.h"
 #include "curvelayer.h"
 #include "graphlayout.h"
 #include "graphoptions.h"
 #include "graphscale.h"
+#include "labelcache.h"
+#include "shiniicons.h"
+#include "wavebars.h"
 #include "xrange.h"
 
 #include "model/modelgraph.h"
 
 #include <QPixmap>
+#include <QPoint>
+#include <QPointer>
 #include <QString>
 #include <QTimer>
 #include <QWidget>
 
 class Autoresize;
+class ManagePhrasing;
 class Mode;
 class Performance;
 class QCurve;
+class QWDrawVinylPosition;
+class QWPainterWav;
 class RecordingLooperTraining;
+class SaveColorPhrasing;
 class Setting;
 class Time;
 
@@ -27,6 +37,8 @@ class Time;
 class QWPainter : public QWidget {
     Q_OBJECT
 public:
+    static constexpr int colorMenuWidth = 800; ///< pixels at the left that the open colour menu covers
+
     /// `secondaryName` is the item of the reference. Both stores are emptied and must outlive the graph.
     QWPainter(ModelGraph::EnumGraph deckName, ModelGraph::EnumGraph secondaryName,
               CurvePointStore& mainPoints, CurvePointStore& secondaryPoints, QWidget* parent);
@@ -34,6 +46,13 @@ public:
     ModelGraph::EnumGraph deckName() const { return m_deckName; }
     QCurve* mainCurve() const { return m_mainCurve; }
     QCurve* secondaryCurve() const { return m_secondaryCurve; }
+    /// The areas of the deck's record, on which the user works.
+    ManagePhrasing* colorAreas() const { return m_colorAreas; }
+    /// The pictures of the deck's sample.
+    const QWPainterWav* wavePainter() const { return m_wavePainter; }
+    /// The place in the list of the area that the needle was last in; -1 for none since the start. Followed
+    /// while the phrasing display shows a sample.
+    int currentArea() const { return m_currentArea; }
     GraphRange xRange() const { return m_x; }
     GraphRange yRange() const { return m_y; }
     const GraphLayout& layoutPixels() const { return m_layout; }
@@ -53,9 +72,20 @@ public:
 
 Q_SIGNALS:
     void s_Resize();
+    void s_PressLeftButton();
+    /// A right press at this pixel of the graph; x is raised by colorMenuWidth while the colour page is open.
+    void s_PressRightButton(int x, int y);
+    /// Any button was released.
+    void s_MouseReleaseEvent();
+    /// The user has worked the visible range, with this result: frames of deck `name`.
+    void s_XRange(ModelGraph::EnumGraph name, double xMin, double xMax);
+    void s_EndSelectArea();
     void s_EndImportCurve_Secondary();
+    /// modeAutoresize has run without a session; at every paint until the mode goes off.
     void s_EndAutoresize();
     void s_InitStart();
+    /// A phrasing file was made for the colour menu.
+    void s_newColorFile(QString path);
 
 public Q_SLOTS:
     /// One pulse of the display: moves the cursor while a session runs and repaints.
@@ -78,11 +108,27 @@ public Q_SLOTS:
     void drawTagNumber_2();
     void drawTagNumber_1();
     void drawTagNumber_0();
+    /// Takes the range of the graph of deck `name`, in that deck's frames. Sends nothing.
+    void updateXRange(ModelGraph::EnumGraph name, double xMin, double xMax);
     /// Lays the graph out for its size and for what it shows.
     void refreshVariable();
     void ringBufferLatencyMs(double latencyMs, size_t maxFill, size_t capacity);
     /// Samples and points that the session had no room for: shown until the next start.
     void overflow(quint64 lost);
+    /// Takes the areas that the deck shall show, and lays them over its sample.
+    void refreshListManagePhrasing();
+    /// Draws the pictures of the deck's sample anew: it or the areas have changed.
+    void generateWavPhrasing();
+    /// Ask for a name in a dialog of the deck, one at a time, and write the areas into a file of the colour
+    /// menu.
+    void saveToColorFileA();
+    void saveToColorFileB();
+    /// Writes the areas into a new file. One that exists stays, and a message says so. `showMsg`: the colour
+    /// menu and the user are told.
+    void createGRPXML(QString pathFilename, bool showMsg);
+    void createGRPXML(QString pathFilename);
+    /// The same for a bare name without extension, in the colour folder.
+    void createGRPXMLFromDlg(QString pathFilename);
     /// Whether nothing comes from the device of input `name`: shown until the next start. Another input than
     /// this deck's doesn't count.
     void silentInput(ModelGraph::EnumGraph name, bool silent);
@@ -93,20 +139,30 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
 
 private:
     double beatLength() const;
     double sampleRate() const;
     void retranslate();
     void setTagNumber(int number);
+    /// Asks for a range on the user's behalf and tells what came of it.
+    void takeXRange(FrameRange range);
+    /// Areas are shared: the other deck's keys may have moved them.
+    void followAreas();
+    void saveToColorFile(ModelGraph::EnumGraph deck, QPointer<SaveColorPhrasing>& dialog);
 
     // The steps of a paint, in their order.
     bool followCursor();
     void collectExtremes();
     void chooseYRange();
     void drawLogo(QPainter& painter);
+    void drawWave(QPainter& painter);
+    void drawSideMarkers(QPainter& painter, const CurvePoint& main) const;
     void drawTagNumber(QPainter& painter) const;
-    void drawLatency(QPainter& painter) const; ///< one of the labels that go with the grid
+    void drawBeatGrid(QPainter& painter, const GraphScale& scale, const GraphOptions& options);
     void drawTrouble(QPainter& painter) const;
     void drawCurves(const CurveScene& scene);
     void drawCursor(QPainter& painter, const GraphScale& scale) const;
@@ -121,12 +177,17 @@ private:
     const Setting& m_setting;
     GraphOptionCache m_optionCache;
     const ModelGraph::EnumGraph m_deckName;
+    ManagePhrasing* m_colorAreas;
     QCurve* m_secondaryCurve;
     QCurve* m_mainCurve;
+    QWPainterWav* m_wavePainter;
+    QWDrawVinylPosition* m_vinylPosition;
     const QWPainter* m_companion = nullptr;
 
     GraphRange m_x;
     GraphRange m_y;
+    QPoint m_mouseDownPoint; ///< the last left press and release, pixels
+    QPoint m_mouseUpPoint;
     CursorWindow m_window; ///< where the x range lies relative to the cursor
     GraphLayout m_layout;
     double m_cursorTime = 0.0;
@@ -137,6 +198,13 @@ private:
     bool m_silent = false;
     QPixmap m_logoSource;
     QPixmap m_logo; ///< the source at the size and the pixel ratio of this graph
+    QPointer<SaveColorPhrasing> m_saveDialogA;
+    QPointer<SaveColorPhrasing> m_saveDialogB;
+    int m_currentArea = -1;
+    AreaColors m_areaColors; ///< of m_colorAreas, as of this paint
+    ShiniIcons m_shiniIcons;
+    LabelCache m_labels; ///< of the grid
+    WaveBars m_waveBars;
     CurveLayer m_secondaryLayer;
     CurveLayer m_mainLayer;
     CountIn m_countIn;

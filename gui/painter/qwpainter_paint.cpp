@@ -2,13 +2,18 @@
 #include "qwpainter.h"
 
 #include "curveoffset.h"
+#include "devicepixels.h"
 #include "graphcaption.h"
+#include "graphgrid.h"
 #include "graphstyle.h"
-#include "wholenumber.h"
+#include "model/wholenumber.h"
+#include "qwdrawvinylposition.h"
+#include "qwpainterwav.h"
 #include "yrange.h"
 
 #include "curve/autoresize.h"
 #include "curve/qcurve.h"
+#include "phrasing/managephrasing.h"
 #include "state/mode.h"
 #include "state/recordingloopertraining.h"
 #include "state/time.h"
@@ -53,6 +58,7 @@ void QWPainter::paintEvent(QPaintEvent*) {
     painter.fillRect(rect(), palette().window());
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
 
+    refreshVariable(); // a setting may have changed what is shown
     m_cursorTime = m_time.cursor(m_deckName);
     const bool following = followCursor();
     collectExtremes();
@@ -63,13 +69,19 @@ void QWPainter::paintEvent(QPaintEvent*) {
     if (options.logo) {
         drawLogo(painter);
     }
+    drawWave(painter);
     drawTagNumber(painter);
-    if (options.grid && options.latency) {
-        drawLatency(painter);
+    if (options.grid) {
+        drawBeatGrid(painter, scale, options);
     }
     drawTrouble(painter);
-    drawCurves({painter, scale, options, QRectF(rect())});
+    m_areaColors.update(m_colorAreas->listPhrasing());
+    drawCurves({painter, scale, options, QRectF(rect()), m_mode.displayMode(), &m_areaColors,
+                m_wavePainter->wavePairs(), &m_shiniIcons, m_mode.modeReverse()});
     drawCursor(painter, scale);
+    if (options.vinylPosition) {
+        m_vinylPosition->draw(painter, m_cursorTime, options.vinylColorRotation);
+    }
     holdScroll();
     drawCountIn(painter);
 }
@@ -109,15 +121,15 @@ void QWPainter::drawLogo(QPainter& painter) {
     if (m_logoSource.isNull()) {
         return;
     }
-    const qreal ratio = painter.deviceTransform().m11(); // also of an image that the graph is rendered to
+    const DevicePixels device(painter); // also of an image that the graph is rendered to
     const double room = m_layout.plotHeight - logoAbovePlotBottom; // a low graph has a small logo
-    const int side = static_cast<int>(std::lround(std::clamp(room, 1.0, logoSide) * ratio));
-    if (std::max(m_logo.width(), m_logo.height()) != side || m_logo.devicePixelRatioF() != ratio) {
+    const int side = static_cast<int>(std::lround(std::clamp(room, 1.0, logoSide) * device.ratio()));
+    if (std::max(m_logo.width(), m_logo.height()) != side) {
         m_logo = m_logoSource.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-        m_logo.setDevicePixelRatio(ratio);
     }
-    const double height = m_logo.deviceIndependentSize().height();
-    painter.drawPixmap(QPointF(logoLeft, m_layout.plotBottom - logoAbovePlotBottom - height), m_logo);
+    const QPointF corner = QPointF(logoLeft, m_layout.plotBottom - logoAbovePlotBottom) * device.ratio();
+    const OnDevicePixels onPixels(painter);
+    painter.drawPixmap(qRound(corner.x()), qRound(corner.y()) - m_logo.height(), m_logo);
 }
 
 void QWPainter::drawTagNumber(QPainter& painter) const {
@@ -129,11 +141,19 @@ void QWPainter::drawTagNumber(QPainter& painter) const {
                      QString::number(m_tagNumber));
 }
 
-void QWPainter::drawLatency(QPainter& painter) const {
-    const TextStyle style(painter, ModelGraph::LABEL);
-    const int top = truncated(m_layout.plotBottom);
-    painter.drawText(QRect(0, top, 200, m_layout.captionBottom - top), Qt::AlignLeft | Qt::AlignBottom,
-                     m_latencyText);
+void QWPainter::drawBeatGrid(QPainter& painter, const GraphScale& scale, const GraphOptions& options) {
+    drawGrid(painter, {.scale = scale,
+                       .layout = m_layout,
+                       .width = width(),
+                       .display = m_mode.displayMode(),
+                       .areas = *m_colorAreas,
+                       .beatLength = beatLength(),
+                       .firstMetronome = m_training.firstMetronome(),
+                       .sampleRate = sampleRate(),
+                       .bpmEffective = m_training.bpmEffective(),
+                       .ground = palette().color(QPalette::Window),
+                       .latencyText = options.latency ? std::optional(m_latencyText) : std::nullopt,
+                       .labels = m_labels});
 }
 
 void QWPainter::drawTrouble(QPainter& painter) const {
@@ -158,11 +178,11 @@ void QWPainter::drawCurves(const CurveScene& scene) {
     if (main) {
         drawSoundStrip(scene, *main);
     }
-    if (m_mode.displayMode() != ModelDisplay::NORMAL) {
-        return;
-    }
     if (secondary) {
-        m_secondaryLayer.draw(scene, *secondary, referenceOffset(m_mainCurve->points(), secondary->points));
+        m_secondaryLayer.draw(scene, *secondary,
+                              scene.display == ModelDisplay::NORMAL
+                                  ? referenceOffset(m_mainCurve->points(), secondary->points)
+                                  : 0.0);
     }
     if (main) {
         m_mainLayer.draw(scene, *main, 0.0);

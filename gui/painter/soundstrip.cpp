@@ -1,6 +1,6 @@
 #include "soundstrip.h"
 
-#include "wholenumber.h"
+#include "model/wholenumber.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "xrange.h"
 
-#include "wholenumber.h"
+#include "model/wholenumber.h"
 
 #include <algorithm>
 #include <cstdlib>

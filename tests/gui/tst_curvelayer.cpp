@@ -1,107 +1,28 @@
 #include "painter/curvelayer.h"
 
 #include "gui/support/curves.h"
+#include "gui/support/curvescreen.h"
+#include "gui/support/picturedifference.h"
+#include "painter/normalline.h"
 
-#include <QImage>
 #include <QTest>
 
-#include <algorithm>
 #include <cmath>
-#include <cstdlib>
 
 namespace {
 
-constexpr int width = 700;
-constexpr int height = 300;
-constexpr double span = 300000.0; // frames shown
+using Screen = CurveScreen;
+
 constexpr double pointStep = 64.0;
 
-GraphOptions thickAndThin() {
-    GraphOptions options;
-    options.curveOnSize = 8;
-    options.curveCrossFaderOff = true;
-    return options;
-}
-
 GraphScale scaleAt(double cursor, bool following = true, GraphRange y = {-1100.0, 1100.0}) {
-    const double xMin = std::trunc(cursor - 0.96 * span);
-    return {GraphLayout::of(width, height, false, false), {xMin, xMin + span}, y, following};
+    return Screen::scaleAt(cursor, following, y);
 }
 
 // A hand that scratches with cuts.
 void scratch(int i, CurvePoint& p) {
     p.position = 700.0 * std::sin(i * 0.011) + 350.0 * std::sin(i * 0.043);
     p.soundOn = i / 170 % 3 != 0 ? 1 : 0;
-}
-
-std::optional<CurveExtract> extractAt(const CurvePointStore& store, const GraphScale& scale) {
-    const auto points = store.view();
-    std::size_t first = 0;
-    while (first + 1 < points.size() && points[first].time < scale.x().min) {
-        ++first;
-    }
-    std::size_t last = points.size() - 1;
-    while (last > first && points[last].time >= scale.x().max) {
-        --last;
-    }
-    const auto stretch = curveStretch(points, first, last);
-    return stretch ? std::optional(CurveExtract{ModelGraph::INPUT_DECKA, points, *stretch}) : std::nullopt;
-}
-
-/// A piece of a screen with that pixel ratio, on which the graph's corner lies at `corner`.
-struct Screen {
-    double ratio = 1.0;
-    QPointF corner;
-
-    template <typename Draw>
-    QImage draw(const GraphScale& scale, const GraphOptions& options, Draw draw) const {
-        QImage image(int(std::ceil(width * ratio)) + 20, int(std::ceil(height * ratio)) + 20,
-                     QImage::Format_ARGB32_Premultiplied);
-        image.setDevicePixelRatio(ratio);
-        image.fill(QColor(43, 43, 43));
-        QPainter painter(&image);
-        painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-        painter.translate(corner);
-        draw(CurveScene{painter, scale, options, QRectF(0, 0, width, height)});
-        return image;
-    }
-    QImage layered(CurveLayer& layer, const CurvePointStore& store, const GraphScale& scale,
-                   const GraphOptions& options = thickAndThin()) const {
-        return draw(scale, options, [&](const CurveScene& scene) {
-            if (const auto curve = extractAt(store, scale)) {
-                layer.draw(scene, *curve, 0.0);
-            }
-        });
-    }
-    QImage fromScratch(const CurvePointStore& store, const GraphScale& scale,
-                       const GraphOptions& options = thickAndThin()) const {
-        CurveLayer fresh;
-        return layered(fresh, store, scale, options);
-    }
-    /// Each line straight onto the screen.
-    QImage direct(const CurvePointStore& store, const GraphScale& scale) const {
-        const GraphOptions options = thickAndThin();
-        return draw(scale, options, [&](const CurveScene& scene) {
-            SegmentDrawing drawing;
-            const auto curve = extractAt(store, scale);
-            for (const CurveSegment& segment : NormalLine(*curve, scale, 0.0).all()) {
-                drawing.draw(scene.painter, scene.view, *curve, options, segment);
-            }
-        });
-    }
-};
-
-int largestDifference(const QImage& a, const QImage& b) {
-    int largest = 0;
-    for (int y = 0; y < a.height(); ++y) {
-        for (int x = 0; x < a.width(); ++x) {
-            const QRgb p = a.pixel(x, y);
-            const QRgb q = b.pixel(x, y);
-            largest = std::max({largest, std::abs(qRed(p) - qRed(q)), std::abs(qGreen(p) - qGreen(q)),
-                                std::abs(qBlue(p) - qBlue(q))});
-        }
-    }
-    return largest;
 }
 
 } // namespace
@@ -148,8 +69,12 @@ private Q_SLOTS:
         addPoints(store, 6000, pointStep, scratch);
         for (const bool following : {true, false}) {
             const GraphScale scale = scaleAt(6000 * pointStep, following);
-            // Only the rounding of the colours differs.
-            QVERIFY(largestDifference(screen.fromScratch(store, scale), screen.direct(store, scale)) <= 2);
+            // Only the smoothing at the edges differs.
+            const QImage layered = screen.fromScratch(store, scale);
+            const QImage direct = screen.direct(store, scale);
+            const PictureDifference difference = differenceOf(layered, direct);
+            QVERIFY(difference.largest <= 110);
+            QVERIFY(difference.mean <= 0.5);
         }
     }
     void aFewPointsFarApartAreDrawnAlike() {
@@ -187,12 +112,9 @@ private Q_SLOTS:
         QVERIFY(!NormalLine(curve, scale, 0.0).lastChosen());
         QCOMPARE(NormalLine(curve, scale, 0.0).all().size(), std::size_t{1});
         CurveLayer layer;
-        const QImage picture = screen.draw(scale, thickAndThin(),
-                                           [&](const CurveScene& scene) { layer.draw(scene, curve, 0.0); });
-        QImage empty(picture.size(), picture.format());
-        empty.setDevicePixelRatio(1.0);
-        empty.fill(QColor(43, 43, 43));
-        QVERIFY(picture != empty);
+        const QImage picture =
+            screen.draw(scale, {}, [&](const CurveScene& scene) { layer.draw(scene, curve, 0.0); });
+        QVERIFY(picture != screen.empty(scale));
         QCOMPARE(layer.redraws(), 0U);
     }
     void theSecondPictureIsNotDrawnAnew() {
@@ -242,9 +164,9 @@ private Q_SLOTS:
         CurveLayer layer;
         const GraphScale scale = scaleAt(390000.0);
         screen.layered(layer, store, scale);
-        GraphOptions thin = thickAndThin();
-        thin.curveOnSize = 2;
-        thin.curveCrossFaderOff = false;
+        CurveLook thin;
+        thin.options.curveOnSize = 2;
+        thin.options.curveCrossFaderOff = false;
         QCOMPARE(screen.layered(layer, store, scale, thin), screen.fromScratch(store, scale, thin));
     }
     void anotherSizeOfTheScreenIsDrawnAnew() {

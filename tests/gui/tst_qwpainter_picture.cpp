@@ -72,7 +72,10 @@ private Q_SLOTS:
     void initTestCase() { prepareGuiProcess(); }
     void init() {
         resetSharedState();
+        // Of what lies below and above the curves each test shows what it is about.
         setting().setGraphLogo(false);
+        setting().setGraphGrid(false);
+        setting().setGraphVinylPosition(false);
     }
 
     void anEmptyPlotIsGroundAndCursor_data() { ratios(); }
@@ -307,10 +310,11 @@ private Q_SLOTS:
     }
     void theLatencyStandsBelowThePlotIfItIsWanted() {
         DeckGraph deck;
-        const QRect caption(0, 460, 200, 40);
-        const auto ink = [&] { return 200 * 40 - countOf(pictureOf(deck.graph), caption, ground); };
+        const QRect caption(0, 482, 200, 18); // below the numbers of the beats
+        const auto ink = [&] { return 200 * 18 - countOf(pictureOf(deck.graph), caption, ground); };
         deck.setCursor(-1e6);
         deck.graph.ringBufferLatencyMs(1.0, 3, 32);
+        setting().setGraphGrid(true);
         QCOMPARE(ink(), 0);
         setting().setLatency(true);
         QVERIFY(ink() > 50);

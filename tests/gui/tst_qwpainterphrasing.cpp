@@ -77,13 +77,12 @@ private Q_SLOTS:
 
     void theRimIsSixPixelsWideAndEndsAtTheEdge() {
         const Disc disc({});
-        QVERIFY(disc.pixel(48, 0).red() > 160); // the outermost row of a round rim is almost covered
-        QCOMPARE(disc.pixel(48, 1), light);
-        QCOMPARE(disc.pixel(48, 5), light);
-        QCOMPARE(disc.pixel(48, 7), darkDisc);
+        for (const int y : {1, 4, 91, 94}) {
+            QCOMPARE(disc.pixel(48, y), light);
+        }
+        QVERIFY(disc.pixel(48, 0).red() > 160); // a curve touches the edge: nearly all of the pixel
         QVERIFY(disc.pixel(48, 95).red() > 160);
-        QCOMPARE(disc.pixel(48, 94), light);
-        QCOMPARE(disc.pixel(48, 90), light);
+        QCOMPARE(disc.pixel(48, 7), darkDisc);
         QCOMPARE(disc.pixel(48, 88), darkDisc);
     }
 

@@ -1,11 +1,15 @@
 #include "qwview.h"
 
 #include "button/qb2push.h"
+#include "dialog/savecolorphrasing.h"
 #include "gui/support/deckgraph.h"
+#include "menu/qwcontextgraph.h"
 #include "menu/qwgridtool.h"
+#include "phrasing/managephrasing.h"
 #include "state/pathfile.h"
 #include "state/vinyl.h"
 
+#include <QAction>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -172,6 +176,187 @@ private Q_SLOTS:
             QCOMPARE(w.view->painterDeckB()->tagNumber(), number);
         }
     }
+    void thePhrasingKeysWorkOnTheirDeck_data() {
+        QTest::addColumn<ModelGraph::EnumGraph>("deck");
+        QTest::addColumn<Qt::Key>("make");
+        QTest::addColumn<Qt::Key>("remove");
+        QTest::newRow("deck A") << ModelGraph::INPUT_DECKA << Qt::Key_E << Qt::Key_R;
+        QTest::newRow("deck B") << ModelGraph::INPUT_DECKB << Qt::Key_I << Qt::Key_O;
+    }
+    void thePhrasingKeysWorkOnTheirDeck() {
+        QFETCH(ModelGraph::EnumGraph, deck);
+        QFETCH(Qt::Key, make);
+        QFETCH(Qt::Key, remove);
+        Window w;
+        QVERIFY(w.active);
+        const bool onA = deck == ModelGraph::INPUT_DECKA;
+        const ManagePhrasing& areas = *(onA ? w.view->painterDeckA() : w.view->painterDeckB())->colorAreas();
+        const ManagePhrasing& others = *(onA ? w.view->painterDeckB() : w.view->painterDeckA())->colorAreas();
+        const auto turnTo = [deck](double angle) { Singleton::instance().vinyl()->setAngle(deck, angle); };
+        // Start and end of each area, in the order of their making.
+        const auto ends = [&areas] {
+            QList<double> all;
+            for (const QPhrasingPtr& area : areas.listPhrasing()) {
+                all << area->angleStart() << area->angleEnd();
+            }
+            return all;
+        };
+        turnTo(90.0);
+        QTest::keyClick(w.view, make);
+        QCOMPARE(ends(), (QList<double>{0.0, 90.0}));
+        turnTo(30.0);
+        QTest::keyClick(w.view, make, Qt::ShiftModifier);
+        QCOMPARE(ends(), (QList<double>{30.0, 90.0}));
+        turnTo(200.0);
+        QTest::keyClick(w.view, make, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(ends(), (QList<double>{30.0, 90.0, 90.0, 360.0}));
+        turnTo(40.0);
+        QTest::keyClick(w.view, remove);
+        QCOMPARE(ends(), (QList<double>{90.0, 360.0}));
+        QTest::keyClick(w.view, remove, Qt::ShiftModifier);
+        QVERIFY(ends().isEmpty());
+        QVERIFY(others.listPhrasing().isEmpty());
+    }
+    void aPhrasingKeyHeldDownIsOnePress() {
+        Window w;
+        QVERIFY(w.active);
+        QSignalSpy update(w.view->painterDeckA()->colorAreas(), &ManagePhrasing::s_Update);
+        int keys = 0;
+        for (const QShortcut* shortcut : w.view->findChildren<QShortcut*>()) {
+            const QString key = shortcut->key().toString(QKeySequence::PortableText);
+            if (QStringLiteral("ERIOSJ").contains(key.section(u'+', -1))) {
+                QVERIFY2(!shortcut->autoRepeat(), qPrintable(key));
+                ++keys;
+            }
+        }
+        QCOMPARE(keys, 12);
+        QTest::keyClick(w.view, Qt::Key_R);
+        QCOMPARE(update.count(), 1);
+    }
+    void savingTheAreasAsksForAName_data() {
+        QTest::addColumn<Qt::Key>("key");
+        QTest::addColumn<bool>("onA");
+        QTest::newRow("S") << Qt::Key_S << true;
+        QTest::newRow("J") << Qt::Key_J << false;
+    }
+    void savingTheAreasAsksForAName() {
+        QFETCH(Qt::Key, key);
+        QFETCH(bool, onA);
+        Window w;
+        QVERIFY(w.active);
+        QTest::keyClick(w.view, key);
+        QWPainter* asking = onA ? w.view->painterDeckA() : w.view->painterDeckB();
+        QCOMPARE(w.view->findChildren<SaveColorPhrasing*>().size(), 1);
+        QCOMPARE(asking->findChildren<SaveColorPhrasing*>().size(), 1);
+    }
+
+    // ---- the graphs' menu ----
+
+    void aRightPressPopsTheMenuUpThere_data() {
+        QTest::addColumn<bool>("onA");
+        QTest::addColumn<bool>("color");
+        QTest::newRow("deck A") << true << false;
+        QTest::newRow("deck B") << false << false;
+        QTest::newRow("deck A, colour page open") << true << true;
+        QTest::newRow("deck B, colour page open") << false << true;
+    }
+    void aRightPressPopsTheMenuUpThere() {
+        QFETCH(bool, onA);
+        QFETCH(bool, color);
+        Window w;
+        w.view->showInput(ModelInput::TEXT_A_B);
+        QCoreApplication::processEvents();
+        if (color) {
+            mode().modeColor_on();
+        }
+        QWPainter* graph = onA ? w.view->painterDeckA() : w.view->painterDeckB();
+        QTest::mousePress(graph, Qt::RightButton, Qt::NoModifier, QPoint(70, 40));
+        mode().modeColor_off();
+        QVERIFY(w.view->contextGraph() != nullptr && w.view->contextGraph()->isVisible());
+        QCOMPARE(w.view->contextGraph()->pos(), graph->mapToGlobal(QPoint(70, 40)));
+    }
+    void withoutAPressTheMenuStandsOnTheVisibleGraph() {
+        Window w;
+        w.view->showInput(ModelInput::TEXT_B);
+        QCoreApplication::processEvents();
+        w.view->contectGraphShow(70, 40);
+        QCOMPARE(w.view->contextGraph()->pos(), w.view->painterDeckB()->mapToGlobal(QPoint(70, 40)));
+    }
+    void everyFurtherRightPressHasAMenuAgain_data() {
+        QTest::addColumn<int>("way");
+        QTest::newRow("closed") << 0;
+        QTest::newRow("escape") << 1;
+        QTest::newRow("chosen") << 2;
+        QTest::newRow("still open") << 3;
+        QTest::newRow("hidden") << 4;
+    }
+    void everyFurtherRightPressHasAMenuAgain() {
+        QFETCH(int, way);
+        Window w;
+        for (int press = 0; press < 3; ++press) {
+            QTest::mousePress(w.view->painterDeckA(), Qt::RightButton, Qt::NoModifier, QPoint(70, 40));
+            const QPointer<QWContextGraph> menu(w.view->contextGraph());
+            QVERIFY(menu != nullptr && menu->isVisible());
+            QSignalSpy told(menu.data(), &QWContextGraph::s_SelectArea);
+            switch (way) {
+            case 0:
+                menu->close();
+                break;
+            case 1:
+                QTest::keyClick(menu, Qt::Key_Escape);
+                break;
+            case 2:
+                QTest::keyClick(menu, Qt::Key_Down);
+                QTest::keyClick(menu, Qt::Key_Right);
+                QTRY_VERIFY(menu->zoomMenu()->isVisible());
+                QTest::keyClick(menu->zoomMenu(), Qt::Key_Down);
+                QTest::keyClick(menu->zoomMenu(), Qt::Key_Return);
+                QCOMPARE(told.count(), 1);
+                QVERIFY(mode().modeSelectArea());
+                mode().modeSelectArea_off();
+                break;
+            case 4:
+                menu->hide();
+                break;
+            default:
+                break;
+            }
+        }
+        QTRY_VERIFY(w.view->findChildren<QWContextGraph*>().size() <= 1); // none piles up
+    }
+    void theMenuSwitchesTheModes() {
+        Window w;
+        w.view->createContexteMenu();
+        QWContextGraph& menu = *w.view->contextGraph();
+        QVERIFY(!menu.autoresizeAction()->isChecked());
+        menu.autoresizeAction()->trigger();
+        QVERIFY(mode().modeAutoresize());
+        menu.autoresizeAction()->trigger();
+        QVERIFY(!mode().modeAutoresize());
+        menu.selectionAction()->trigger();
+        QVERIFY(mode().modeSelectArea());
+        mode().modeSelectArea_off();
+    }
+    void theCheckMarkIsThatOfTheMode() {
+        Window w;
+        mode().modeAutoresize_on();
+        w.view->contectGraphShow(70, 40);
+        QVERIFY(w.view->contextGraph()->autoresizeAction()->isChecked());
+        QVERIFY(mode().modeAutoresize());
+        w.view->endAutoresize();
+        QVERIFY(!w.view->contextGraph()->autoresizeAction()->isChecked());
+        QVERIFY(!mode().modeAutoresize());
+        w.view->contectGraphShow(70, 40);
+        QVERIFY(!w.view->contextGraph()->autoresizeAction()->isChecked());
+    }
+    void theFitEndsAlsoWithoutAMenu() {
+        Window w;
+        mode().modeAutoresize_on();
+        QVERIFY(w.view->contextGraph() == nullptr);
+        w.view->endAutoresize();
+        QVERIFY(!mode().modeAutoresize());
+    }
+
     void theStartOfASessionLetsTheRecordersRun() {
         Window w;
         QSignalSpy record(w.view, &QWView::s_Record);

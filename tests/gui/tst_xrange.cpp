@@ -1,6 +1,6 @@
 #include "painter/xrange.h"
 
-#include "painter/wholenumber.h"
+#include "model/wholenumber.h"
 
 #include <QTest>
 

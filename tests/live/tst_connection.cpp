@@ -234,6 +234,57 @@ private Q_SLOTS:
         QCOMPARE(status.size(), 2);
     }
 
+    void bothGraphsShowTheSameStretchOfTime() {
+        Session session;
+        QWPainter* a = session.connection().view()->painterDeckA();
+        QWPainter* b = session.connection().view()->painterDeckB();
+        QVERIFY(a->xRange() == b->xRange());
+        for (QWPainter* worked : {a, b}) {
+            const GraphRange before = worked->xRange();
+            QTest::mousePress(worked, Qt::LeftButton, Qt::NoModifier, QPoint(500, 50));
+            QTest::mouseRelease(worked, Qt::LeftButton, Qt::NoModifier, QPoint(300, 50));
+            QVERIFY(worked->xRange() != before);
+            QVERIFY(a->xRange() == b->xRange());
+        }
+    }
+
+    void aSelectionEndsWithItsDrag() {
+        Session session;
+        for (QWPainter* graph :
+             {session.connection().view()->painterDeckA(), session.connection().view()->painterDeckB()}) {
+            session.mode().modeSelectArea_on();
+            QTest::mousePress(graph, Qt::LeftButton, Qt::NoModifier, QPoint(300, 50));
+            QTest::mouseRelease(graph, Qt::LeftButton, Qt::NoModifier, QPoint(300, 50));
+            QVERIFY(!session.mode().modeSelectArea());
+        }
+    }
+
+    void afterASessionBothGraphsAreFittedOnceAndAreFreeAgain() {
+        Session session;
+        QWPainter* a = session.connection().view()->painterDeckA();
+        QWPainter* b = session.connection().view()->painterDeckB();
+        session.connection().view()->showInput(ModelInput::TEXT_A_B);
+        for (QWPainter* graph : {a, b}) { // a take of a hundred beats
+            graph->mainCurve()->store().reserve();
+            CurvePoint point;
+            for (int i = 1; i <= 1000; ++i) {
+                point.time = i * 240.0;
+                graph->mainCurve()->store().append(point);
+            }
+        }
+        session.mode().modeAutoresize_on();
+        QVERIFY(QTest::qWaitFor([&] { return !session.mode().modeAutoresize(); }, 5000));
+        for (QWPainter* graph : {a, b}) {
+            QCOMPARE(graph->xRange(), (GraphRange{0.0, 240000.0 + 2400.0}));
+        }
+        QTest::mousePress(a, Qt::LeftButton, Qt::NoModifier, QPoint(500, 50));
+        QTest::mouseRelease(a, Qt::LeftButton, Qt::NoModifier, QPoint(300, 50));
+        const GraphRange panned = a->xRange();
+        QVERIFY(panned.min > 0.0);
+        QTest::qWait(100);
+        QVERIFY(a->xRange() == panned);
+    }
+
     void tempoChangeWhileRunningRestartsGridAndBeat() {
         Session session;
         QVERIFY(session.start());

@@ -1,6 +1,7 @@
 #pragma once
 // Curves for the tests of the graph.
 
+#include "curve/angle.h"
 #include "curve/curvepointstore.h"
 
 #include <cmath>
@@ -13,6 +14,12 @@ inline CurvePoint curvePoint(double time, double position, bool soundOn = true, 
     point.pitch = pitch;
     point.soundOn = soundOn ? 1 : 0;
     return point;
+}
+
+/// Turns the record of that point to an angle, degrees.
+inline void turn(CurvePoint& point, double rawAngle) {
+    point.rawAngle = rawAngle;
+    point.angle = reducedAngle(rawAngle);
 }
 
 /// Adds `count` points `step` frames apart, the first one at `step`. `change` may alter each: it gets the
@@ -32,4 +39,11 @@ template <typename Change> void addPoints(CurvePointStore& store, int count, dou
 
 inline void addPoints(CurvePointStore& store, int count, double step) {
     addPoints(store, count, step, [](int, CurvePoint&) {});
+}
+
+/// Adds a point for each angle, degrees.
+template <typename Angles> void addAngles(CurvePointStore& store, double step, const Angles& angles) {
+    const auto before = static_cast<int>(store.size());
+    addPoints(store, static_cast<int>(angles.size()), step,
+              [&](int i, CurvePoint& point) { turn(point, angles.begin()[i - before]); });
 }

@@ -1,0 +1,18 @@
+#include "messagebox.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+QMessageBox::StandardButton showMessage(QWidget* parent, QMessageBox::Icon icon, const QString& text,
+                                        QMessageBox::StandardButtons buttons) {
+    QMessageBox box(parent);
+    box.setWindowFlags(Qt::Dialog | Qt::WindowStaysOnTopHint | Qt::FramelessWindowHint);
+    box.setIcon(icon);
+    box.setText(text);
+    // A box without buttons gets this one when it is shown: too late for the size hint.
+    box.setStandardButtons(buttons == QMessageBox::NoButton ? QMessageBox::Ok : buttons);
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    const QSize size = box.sizeHint();
+    box.move(screen.width() / 2 - size.width() / 2, screen.height() / 2 - size.height() / 2);
+    return static_cast<QMessageBox::StandardButton>(box.exec());
+}

@@ -1,0 +1,283 @@
+#include "qwdrawvinylposition.h"
+
+#include "convexshape.h"
+#include "curvecolor.h"
+#include "devicepixels.h"
+#include "graphstyle.h"
+#include "needle.h"
+
+#include "curve/qcurve.h"
+#include "phrasing/managephrasing.h"
+#include "state/mode.h"
+#include "state/recordingloopertraining.h"
+#include "state/singleton.h"
+
+#include <QFont>
+#include <QPainter>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstring>
+#include <numbers>
+#include <span>
+#include <utility>
+
+namespace {
+
+constexpr QSizeF pictureSize(250.0, 260.0); // pixels of the graph
+constexpr QPointF center(125.0, 125.0);
+constexpr double discRadius = 98.0; // the rim covers it from 93 to 107
+constexpr double fullTurn = 360.0;
+const QColor ground(43, 43, 43);
+
+constexpr int mainNameTop = 230;
+constexpr int secondaryNameTop = 260;
+constexpr int namePoints = 15;
+
+// Corners of a needle that points to the top.
+constexpr std::array barCorners{QPointF(111.0, 24.0), QPointF(139.0, 24.0), QPointF(139.0, 125.0),
+                                QPointF(111.0, 125.0)};
+constexpr std::array headCorners{QPointF(111.0, 31.0), QPointF(125.0, 17.0), QPointF(139.0, 31.0)};
+
+constexpr double markLength = 100.0;
+constexpr double zeroBreadth = 3.0;
+constexpr double dotLength = 2.0; // and as much as a pixel between two dots
+constexpr double dotStep = 3.0;
+
+/// The graph's pixels, turned clockwise about the disc's middle, on a picture's device pixels.
+class Placing {
+public:
+    Placing(double degrees, double ratio) : m_ratio(ratio) {
+        const double angle = degrees * std::numbers::pi / 180.0;
+        m_sine = std::sin(angle);
+        m_cosine = std::cos(angle);
+    }
+    QPointF operator()(QPointF at) const {
+        const QPointF off = at - center;
+        return QPointF(center.x() + off.x() * m_cosine - off.y() * m_sine,
+                       center.y() + off.x() * m_sine + off.y() * m_cosine) *
+               m_ratio;
+    }
+    double ratio() const { return m_ratio; }
+
+private:
+    double m_ratio;
+    double m_sine;
+    double m_cosine;
+};
+
+CapsuleTarget whole(QImage& picture) {
+    return {reinterpret_cast<std::uint32_t*>(picture.bits()),
+            picture.bytesPerLine() / 4,
+            0,
+            0,
+            picture.width(),
+            picture.height(),
+            0,
+            0};
+}
+
+void drawShape(const CapsuleTarget& target, const Placing& placing, std::span<const QPointF> corners,
+               const QColor& fill, const QColor& outline) {
+    std::array<QPointF, maxCorners> placed;
+    std::transform(corners.begin(), corners.end(), placed.begin(), placing);
+    drawConvexShape(target, std::span(placed).first(corners.size()), qPremultiply(fill.rgba()),
+                    qPremultiply(outline.rgba()), placing.ratio());
+}
+
+// A piece of a mark: `from` to `to` pixels from the middle, towards the top.
+void drawMark(const CapsuleTarget& target, const Placing& placing, double from, double to, double breadth) {
+    const QRectF piece(center.x() - breadth / 2.0, center.y() - to, breadth, to - from);
+    drawShape(target, placing,
+              std::array{piece.topLeft(), piece.topRight(), piece.bottomRight(), piece.bottomLeft()},
+              Qt::black, Qt::transparent);
+}
+
+// The mark at 0 degrees, and dots at each further quarter.
+void drawDiscMarks(const CapsuleTarget& target, double turn, double ratio) {
+    drawMark(target, Placing(turn, ratio), 0.0, markLength, zeroBreadth);
+    for (const double quarter : {90.0, 180.0, 270.0}) {
+        const Placing placing(turn + quarter, ratio);
+        for (double at = 0.0; at < markLength; at += dotStep) {
+            drawMark(target, placing, at, at + dotLength, 1.0);
+        }
+    }
+}
+
+bool isReference(ModelGraph::EnumGraph item) {
+    return item == ModelGraph::INPUT_1 || item == ModelGraph::INPUT_2;
+}
+
+// A part of a needle; `referenceAlpha` is that of a reference.
+void drawNeedle(const CapsuleTarget& target, ModelGraph::EnumGraph item, std::span<const QPointF> corners,
+                int referenceAlpha, const Placing& placing) {
+    const bool deckB = item == ModelGraph::INPUT_DECKB || item == ModelGraph::INPUT_2;
+    const bool reference = isReference(item);
+    QColor outline = ground;
+    outline.setAlpha(reference ? 150 : 100);
+    drawShape(target, placing, corners, QColor(0, 255, deckB ? 255 : 0, reference ? referenceAlpha : 255),
+              outline);
+}
+
+void drawBar(const CapsuleTarget& target, ModelGraph::EnumGraph item, const Placing& placing) {
+    drawNeedle(target, item, barCorners, 150, placing);
+}
+
+void drawHead(const CapsuleTarget& target, ModelGraph::EnumGraph item, const Placing& placing) {
+    drawNeedle(target, item, headCorners, 100, placing);
+}
+
+// A tick of the rim; `degrees` clockwise from the top.
+QLineF rimTick(double degrees) {
+    constexpr double inner = 96.0;
+    constexpr double outer = 104.0;
+    constexpr double rounding = 1e-9; // of sine and cosine: the four main ticks lie on the axes
+    const double angle = degrees * std::numbers::pi / 180.0;
+    const auto at = [&](double radius) {
+        return QPointF(std::trunc(center.x() + radius * std::sin(angle) + rounding),
+                       std::trunc(center.y() - radius * std::cos(angle) + rounding));
+    };
+    return {at(inner), at(outer)};
+}
+
+// Hub and rim.
+void drawOverlay(QPainter& painter) {
+    painter.setPen(QPen(graphGrey, 2.0));
+    painter.setBrush(graphGrey);
+    painter.drawEllipse(QRect(QPoint(111, 111), QPoint(138, 138)));
+
+    painter.setPen(QPen(graphGrey, 14.0));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawEllipse(QRect(QPoint(25, 25), QPoint(224, 224)));
+
+    for (int quarter = 1; quarter <= 4; ++quarter) {
+        painter.setPen(QPen(Qt::black, 3.0));
+        painter.drawLine(rimTick(quarter * 90.0));
+        painter.setPen(QPen(Qt::black, 1.0));
+        painter.drawLine(rimTick(quarter * 90.0 - 45.0));
+    }
+}
+
+} // namespace
+
+QWDrawVinylPosition::QWDrawVinylPosition(const QCurve* mainCurve, const QCurve* secondaryCurve,
+                                         const ManagePhrasing* colorAreas, QWidget* owner)
+    : QWidget(owner)
+    , m_mode(*Singleton::instance().mode())
+    , m_training(*Singleton::instance().recordingLooperTraining())
+    , m_mainCurve(mainCurve)
+    , m_secondaryCurve(secondaryCurve)
+    , m_colorAreas(colorAreas) {
+    hide(); // stays so when the graph is shown
+}
+
+void QWDrawVinylPosition::draw(QPainter& painter, double time, bool rotate) {
+    const Position main = position(*m_mainCurve, time, m_mode.modeRun());
+    const Position secondary = position(*m_secondaryCurve, time, false);
+    const bool withSecondary = m_training.activatedMode() != ModelActivatedMode::Looper;
+    update({DevicePixels(painter).ratio(), rotate ? fullTurn - main.point.angle : 0.0,
+            rotate ? 0.0 : main.point.angle, secondary.point.angle, main.soundOn, withSecondary});
+    {
+        const OnDevicePixels onPixels(painter);
+        painter.drawImage(0, 0, m_picture);
+    }
+    if (withSecondary && secondary.soundOn) {
+        drawAreaName(painter, m_secondaryCurve->graphName(), secondary, secondaryNameTop);
+    }
+    if (main.soundOn) {
+        drawAreaName(painter, m_mainCurve->graphName(), main, mainNameTop);
+    }
+}
+
+QWDrawVinylPosition::Position QWDrawVinylPosition::position(const QCurve& curve, double time, bool live) {
+    const CurvePoint point = needleAt(curve, time, live);
+    return {point, point.soundOn != 0 || curve.points().empty()};
+}
+
+void QWDrawVinylPosition::update(const Look& look) {
+    if (look.ratio != m_look.ratio) {
+        const QSize pixels((pictureSize * look.ratio).toSize());
+        for (QImage* picture : {&m_disc, &m_overlay, &m_picture}) {
+            *picture = QImage(pixels, QImage::Format_ARGB32_Premultiplied);
+        }
+        m_discDirty = true;
+        m_overlayDirty = true;
+    }
+    if (std::vector<AreaColors::Area> areas = AreaColors::listed(m_colorAreas->listPhrasing());
+        areas != m_areas) {
+        m_areas = std::move(areas);
+        m_discDirty = true;
+    }
+    const bool changed = m_discDirty || m_overlayDirty || look != m_look;
+    if (m_discDirty) {
+        const QPhrasingList& areas = m_colorAreas->listPhrasing();
+        m_wheel.build(areas, areas.isEmpty() ? ground : graphGrey, discRadius * look.ratio);
+        ++m_discsBuilt;
+    }
+    if (m_discDirty || look.discTurn != m_look.discTurn) {
+        drawDisc(look);
+        m_discDirty = false;
+    }
+    if (m_overlayDirty) {
+        m_overlay.fill(Qt::transparent);
+        QPainter painter(&m_overlay);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.scale(look.ratio, look.ratio);
+        drawOverlay(painter);
+        m_overlayDirty = false;
+    }
+    if (changed) {
+        compose(look);
+        m_look = look;
+        ++m_picturesBuilt;
+    }
+}
+
+void QWDrawVinylPosition::drawDisc(const Look& look) {
+    m_disc.fill(Qt::transparent);
+    const QImage& wheel = m_wheel.turned(look.discTurn);
+    const QPointF middle = center * look.ratio;
+    QPainter(&m_disc).drawImage(
+        QPoint(qRound(middle.x() - wheel.width() / 2.0), qRound(middle.y() - wheel.height() / 2.0)), wheel);
+    drawDiscMarks(whole(m_disc), look.discTurn, look.ratio);
+}
+
+// From back to front.
+void QWDrawVinylPosition::compose(const Look& look) {
+    std::memcpy(m_picture.bits(), m_disc.constBits(), std::size_t(m_disc.sizeInBytes()));
+    const CapsuleTarget target = whole(m_picture);
+    const ModelGraph::EnumGraph main = m_mainCurve->graphName();
+    const ModelGraph::EnumGraph secondary = m_secondaryCurve->graphName();
+    const Placing mainPlacing(look.mainTurn, look.ratio);
+    const Placing secondaryPlacing(look.secondaryTurn, look.ratio);
+    if (look.secondary) {
+        drawBar(target, secondary, secondaryPlacing);
+    }
+    drawBar(target, main, mainPlacing);
+    QPainter(&m_picture).drawImage(0, 0, m_overlay);
+    if (look.secondary) {
+        drawHead(target, secondary, secondaryPlacing);
+    }
+    if (look.mainHead) {
+        drawHead(target, main, mainPlacing);
+    }
+}
+
+void QWDrawVinylPosition::drawAreaName(QPainter& painter, ModelGraph::EnumGraph item,
+                                       const Position& position, int top) {
+    int index = -1;
+    const QPhrasing* area = m_colorAreas->areaAt(position.point.angle, index);
+    if (area == nullptr || area->label().isEmpty()) {
+        return;
+    }
+    painter.save();
+    QFont font = painter.font();
+    font.setPointSize(namePoints);
+    font.setWeight(QFont::Bold);
+    font.setItalic(true);
+    painter.setFont(font);
+    painter.setPen(curveColorInArea(item, area->color()));
+    m_names.draw(painter, QRect(QPoint(45, top), QPoint(625, top + 40)), Qt::AlignLeft, area->label());
+    painter.restore();
+}

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "areacolors.h"
+#include "labelcache.h"
+#include "slicewheel.h"
+
+#include "curve/curvepoint.h"
+#include "model/modelgraph.h"
+
+#include <QImage>
+#include <QWidget>
+
+#include <vector>
+
+class ManagePhrasing;
+class Mode;
+class QCurve;
+class RecordingLooperTraining;
+
+/// A picture of the record in the graph's upper left corner: the areas as slices, and a needle for each curve
+/// that shows where the record stands. It never shows by itself: the graph has it draw with its own painter.
+/// While nothing moves, a frame costs one small blit; what moves is drawn straight into the picture. GUI
+/// thread.
+class QWDrawVinylPosition : public QWidget {
+    Q_OBJECT
+public:
+    /// Curves and areas are the graph's and must outlive the disc.
+    QWDrawVinylPosition(const QCurve* mainCurve, const QCurve* secondaryCurve,
+                        const ManagePhrasing* colorAreas, QWidget* owner);
+
+    /// Where the records stand at `time` (frames); the main one where it is now, while a session runs.
+    /// `rotate`: the slices turn and the main needle stays at the top, instead of the other way round.
+    void draw(QPainter& painter, double time, bool rotate);
+
+    /// How often the slices and the whole picture were built.
+    unsigned discsBuilt() const { return m_discsBuilt; }
+    unsigned picturesBuilt() const { return m_picturesBuilt; }
+
+private:
+    struct Position {
+        CurvePoint point;
+        bool soundOn; ///< of the point; true for a curve without points
+    };
+    /// What the picture shows.
+    struct Look {
+        double ratio = 0.0;
+        double discTurn = 0.0; ///< degrees clockwise
+        double mainTurn = 0.0;
+        double secondaryTurn = 0.0;
+        bool mainHead = false;
+        bool secondary = false; ///< there is a needle of the reference
+        bool operator==(const Look&) const = default;
+    };
+
+    static Position position(const QCurve& curve, double time, bool live);
+    void update(const Look& look);
+    void drawDisc(const Look& look);
+    void compose(const Look& look);
+    void drawAreaName(QPainter& painter, ModelGraph::EnumGraph item, const Position& position, int top);
+
+    const Mode& m_mode;
+    const RecordingLooperTraining& m_training;
+    const QCurve* m_mainCurve;
+    const QCurve* m_secondaryCurve;
+    const ManagePhrasing* m_colorAreas;
+    SliceWheel m_wheel;
+    // In device pixels, from the graph's corner on.
+    QImage m_disc;    ///< the slices and their marks
+    QImage m_overlay; ///< hub and rim
+    QImage m_picture; ///< all of it but the names
+    Look m_look;      ///< that the picture has
+    std::vector<AreaColors::Area>
+        m_areas; ///< that the slices have: they are shared with others who edit them
+    bool m_discDirty = true;
+    bool m_overlayDirty = true;
+    unsigned m_discsBuilt = 0;
+    unsigned m_picturesBuilt = 0;
+    LabelCache m_names;
+};

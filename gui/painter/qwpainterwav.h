@@ -1,0 +1,39 @@
+#pragma once
+
+#include "wavepicture.h"
+
+#include "model/modelgraph.h"
+
+#include <QObject>
+
+#include <memory>
+
+/// The pictures of a deck's sample that stand behind its curves: one of the whole turn, one of each area.
+/// They are drawn when the sample or the areas change, never in a paint. GUI thread.
+class QWPainterWav : public QObject {
+    Q_OBJECT
+public:
+    explicit QWPainterWav(ModelGraph::EnumGraph deck, QObject* parent = nullptr)
+        : QObject(parent), m_deck(deck) {}
+
+    /// Draws the pictures anew. `segments` are the areas laid over the wave, in their order. Null, or a wave
+    /// without a sample, gives none.
+    void build(const std::shared_ptr<const WaveData>& wave, std::vector<WaveSegment> segments);
+
+    ModelGraph::EnumGraph deck() const { return m_deck; }
+    /// Whether the deck has a wave.
+    bool hasWave() const { return !m_fullWaveImage.isNull(); }
+    const std::vector<WaveSegment>& segments() const { return m_segments; }
+    /// Null without a wave.
+    const QImage& fullWaveImage() const { return m_fullWaveImage; }
+    /// That of the area at this place in the list; a null image for any other place.
+    const QImage& areaWaveImage(int index) const;
+    std::span<const WavePair> wavePairs() const { return m_wavePairs; }
+
+private:
+    ModelGraph::EnumGraph m_deck;
+    std::vector<WaveSegment> m_segments;
+    QImage m_fullWaveImage;
+    std::vector<QImage> m_areaWaveImages;
+    std::vector<WavePair> m_wavePairs;
+};

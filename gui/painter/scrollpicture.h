@@ -1,0 +1,45 @@
+#pragma once
+
+#include "capsule.h"
+
+#include <QImage>
+#include <QPainter>
+
+#include <vector>
+
+/// A transparent picture that moves to the left by whole pixels without being copied. It is made of upright
+/// tiles, narrow enough for the lines of a curve to be drawn within the processor's cache: what has left at
+/// the left edge is emptied and comes in again at the right one.
+class ScrollPicture {
+public:
+    QSize size() const { return m_size; }
+    /// Empties the picture and gives it that size.
+    void reset(QSize size);
+    /// Moves by 0 or more columns.
+    void scroll(int columns);
+    /// Empties the columns before `to`.
+    void clearBefore(int to);
+    /// Draws onto the columns before `to`.
+    void draw(const Capsule& capsule, QRgb premultiplied, int to);
+    /// Draws the picture with its corner at 0, 0 of the painter.
+    void paintTo(QPainter& painter) const;
+
+private:
+    static constexpr int tileWidth = 128;
+
+    struct Tile {
+        QImage image;
+        int top = 0; ///< the rows from here up to and not including `bottom` may be drawn on, no others are
+        int bottom = 0;
+        bool stale = false; ///< counts as empty, and is emptied before it is drawn on
+        void empty();
+        void clear(int from, int to);
+    };
+    Tile& tile(int place) { return m_tiles[std::size_t(m_first + place) % m_tiles.size()]; }
+    const Tile& tile(int place) const { return m_tiles[std::size_t(m_first + place) % m_tiles.size()]; }
+
+    QSize m_size;
+    std::vector<Tile> m_tiles;
+    int m_first = 0;  ///< of the tiles, the leftmost
+    int m_origin = 0; ///< its column that is the picture's first
+};

@@ -1,0 +1,48 @@
+#include "wavebars.h"
+
+#include "devicepixels.h"
+
+#include <algorithm>
+#include <cmath>
+
+QRect WaveBars::devicePixels(const QPainter& painter, const QRectF& bar) {
+    const DevicePixels device(painter);
+    const QPointF corner(device.nearestX(bar.left()), device.nearestY(bar.top()));
+    const QSizeF size(device.nearestX(bar.right()) - corner.x(), device.nearestY(bar.bottom()) - corner.y());
+    const double ratio = device.ratio();
+    return {QPoint(int(std::lround(corner.x() * ratio)), int(std::lround(corner.y() * ratio))),
+            QSize(int(std::lround(size.width() * ratio)), int(std::lround(size.height() * ratio)))};
+}
+
+const QPixmap& WaveBars::scaled(const QImage& wave, QSize size, bool upright) {
+    if (m_wave != wave.cacheKey() || m_pixmap.size() != size || m_upright != upright) {
+        const QImage turned = upright ? wave.transformed(QTransform().rotate(-90.0)) : wave;
+        m_pixmap = QPixmap::fromImage(turned.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+        m_wave = wave.cacheKey();
+        m_upright = upright;
+        ++m_scalings;
+    }
+    return m_pixmap;
+}
+
+void WaveBars::drawUpright(QPainter& painter, const QImage& wave, const QRectF& bar) {
+    const QRect pixels = devicePixels(painter, bar);
+    if (wave.isNull() || pixels.isEmpty()) {
+        return;
+    }
+    const OnDevicePixels onPixels(painter);
+    painter.drawPixmap(pixels.topLeft(), scaled(wave, pixels.size(), true));
+}
+
+void WaveBars::drawSplit(QPainter& painter, const QImage& wave, const QRectF& bar, double split) {
+    const QRect pixels = devicePixels(painter, bar);
+    if (wave.isNull() || pixels.isEmpty()) {
+        return;
+    }
+    const QPixmap& picture = scaled(wave, pixels.size(), false);
+    const int before = std::clamp(int(std::lround(split * pixels.width())), 0, pixels.width());
+    const int behind = pixels.width() - before;
+    const OnDevicePixels onPixels(painter);
+    painter.drawPixmap(pixels.topLeft(), picture, QRect(before, 0, behind, pixels.height()));
+    painter.drawPixmap(pixels.topLeft() + QPoint(behind, 0), picture, QRect(0, 0, before, pixels.height()));
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QImage>
+#include <QPainter>
+#include <QPixmap>
+#include <QRectF>
+
+/// Draws the picture of a wave as a bar, whole device pixels large. What it was scaled to is kept: while the
+/// record turns a frame costs one blit. GUI thread.
+class WaveBars {
+public:
+    /// Turned by a quarter: the wave's start lies at the lower edge of `bar`. A null picture draws nothing.
+    void drawUpright(QPainter& painter, const QImage& wave, const QRectF& bar);
+    /// Level, with the share `split` of the picture, which lies left of the bar's start, put on at its end.
+    void drawSplit(QPainter& painter, const QImage& wave, const QRectF& bar, double split);
+    /// How often a picture was scaled.
+    unsigned scalings() const { return m_scalings; }
+
+private:
+    /// The bar's device pixels; empty for a bar without any.
+    static QRect devicePixels(const QPainter& painter, const QRectF& bar);
+    const QPixmap& scaled(const QImage& wave, QSize size, bool upright);
+
+    QPixmap m_pixmap;
+    qint64 m_wave = 0; ///< QImage::cacheKey of what m_pixmap shows
+    bool m_upright = false;
+    unsigned m_scalings = 0;
+};

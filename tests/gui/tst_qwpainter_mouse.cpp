@@ -1,0 +1,457 @@
+// The mouse on the graph, with the events as Qt delivers them.
+
+#include "gui/support/deckgraph.h"
+
+#include <QApplication>
+#include <QSignalSpy>
+#include <QTest>
+#include <QWheelEvent>
+
+#include <cmath>
+
+namespace {
+
+constexpr int notchIn = 120;
+constexpr int notchOut = -120;
+
+void paint(QWidget& widget) {
+    pictureOf(widget);
+}
+
+void press(QWidget& widget, int x, Qt::MouseButton button = Qt::LeftButton) {
+    QTest::mousePress(&widget, button, Qt::NoModifier, QPoint(x, 200));
+}
+void release(QWidget& widget, int x, Qt::MouseButton button = Qt::LeftButton) {
+    QTest::mouseRelease(&widget, button, Qt::NoModifier, QPoint(x, 200));
+}
+void drag(QWidget& widget, int from, int to) {
+    press(widget, from);
+    release(widget, to);
+}
+/// A press or a release between two pixels.
+void mouseAt(QWidget& widget, QEvent::Type type, QPointF place, Qt::MouseButton button = Qt::LeftButton) {
+    const Qt::MouseButtons held = type == QEvent::MouseButtonPress ? button : Qt::NoButton;
+    QMouseEvent event(type, place, widget.mapToGlobal(place), button, held, Qt::NoModifier);
+    QApplication::sendEvent(&widget, &event);
+}
+void wheel(QWidget& widget, double x, int angle) {
+    const QPointF place(x, 200.0);
+    QWheelEvent event(place, widget.mapToGlobal(place), QPoint(), QPoint(0, angle), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&widget, &event);
+    QVERIFY(event.isAccepted());
+}
+
+// 1200 pixels wide: a thousand frames a pixel, and pixel 45 is frame 0.
+constexpr FrameRange wide{0, 1155000};
+
+/// A graph that shows `wide`, at 90 beats a minute: 32000 frames a beat at 48000 Hz.
+struct WideGraph : DeckGraph {
+    explicit WideGraph(ModelGraph::EnumGraph deck = ModelGraph::INPUT_DECKA) : DeckGraph(deck) {
+        training().setBpmEffective(90.0);
+        training().updateBeatLength(deck, performance().sample(deck));
+        graph.setXRange(wide);
+    }
+};
+
+/// Both graphs as the controller connects them; deck B counts 44100 frames a second.
+struct TwoDecks {
+    explicit TwoDecks(double rateB = 44100.0)
+        : sampleB(ModelGraph::INPUT_DECKB, 0, QStringLiteral("mixer"), rateB, 2, 0)
+        , b((performance().setSample(ModelGraph::INPUT_DECKB, &sampleB, false), ModelGraph::INPUT_DECKB)) {
+        QObject::connect(&a.graph, &QWPainter::s_XRange, &b.graph, &QWPainter::updateXRange);
+        QObject::connect(&b.graph, &QWPainter::s_XRange, &a.graph, &QWPainter::updateXRange);
+        b.graph.updateXRange(ModelGraph::INPUT_DECKA, wide.from, wide.to);
+    }
+    /// Whether both show the same stretch of time, to the truncated frame.
+    bool inStep() const {
+        const double ratio = sampleB.sampleRate() / 48000.0;
+        return std::abs(a.graph.xRange().min * ratio - b.graph.xRange().min) < 1.0 &&
+               std::abs(a.graph.xRange().max * ratio - b.graph.xRange().max) < 1.0;
+    }
+    QSample sampleB;
+    WideGraph a;
+    WideGraph b;
+};
+
+using EnumGraph = ModelGraph::EnumGraph;
+
+} // namespace
+
+class TestQWPainterMouse : public QObject {
+    Q_OBJECT
+
+    QSample* m_noDeviceB = nullptr;
+
+private Q_SLOTS:
+    void initTestCase() {
+        prepareGuiProcess();
+        m_noDeviceB = performance().sample(ModelGraph::INPUT_DECKB);
+    }
+    void init() {
+        performance().setSample(ModelGraph::INPUT_DECKB, m_noDeviceB, false);
+        resetSharedState();
+        mode().modeSelectArea_off();
+        mode().modeColor_off();
+    }
+
+    // ---- what the buttons say ----
+
+    void aLeftPressSaysSo() {
+        WideGraph deck;
+        QSignalSpy left(&deck.graph, &QWPainter::s_PressLeftButton);
+        QSignalSpy right(&deck.graph, &QWPainter::s_PressRightButton);
+        QSignalSpy released(&deck.graph, &QWPainter::s_MouseReleaseEvent);
+        press(deck.graph, 300);
+        QCOMPARE(left.count(), 1);
+        QCOMPARE(right.count(), 0);
+        QCOMPARE(released.count(), 0);
+        QCOMPARE(deck.graph.xRange(), (GraphRange{0.0, 1155000.0}));
+    }
+    void aRightPressTellsItsPixel() {
+        WideGraph deck;
+        QSignalSpy left(&deck.graph, &QWPainter::s_PressLeftButton);
+        QSignalSpy right(&deck.graph, &QWPainter::s_PressRightButton);
+        QTest::mousePress(&deck.graph, Qt::RightButton, Qt::NoModifier, QPoint(300, 150));
+        mouseAt(deck.graph, QEvent::MouseButtonPress, {20.5, 30.4}, Qt::RightButton);
+        mouseAt(deck.graph, QEvent::MouseButtonPress, {1e12, -1e12}, Qt::RightButton);
+        QCOMPARE(left.count(), 0);
+        QCOMPARE(right.count(), 3);
+        QCOMPARE(right[0], (QVariantList{300, 150}));
+        QCOMPARE(right[1], (QVariantList{21, 30}));
+        QCOMPARE(right[2], (QVariantList{2147483647, -2147483647 - 1}));
+    }
+    void whileTheColourPageIsOpenARightPressIsRaisedBy800() {
+        WideGraph deck;
+        QSignalSpy right(&deck.graph, &QWPainter::s_PressRightButton);
+        mode().modeColor_on();
+        QTest::mousePress(&deck.graph, Qt::RightButton, Qt::NoModifier, QPoint(300, 150));
+        mouseAt(deck.graph, QEvent::MouseButtonPress, {1e12, 0.0}, Qt::RightButton);
+        mode().modeColor_off();
+        QCOMPARE(right[0], (QVariantList{1100, 150}));
+        QCOMPARE(right[1], (QVariantList{2147483647, 0}));
+    }
+    void everyReleaseSaysSoLast() {
+        WideGraph deck;
+        QSignalSpy released(&deck.graph, &QWPainter::s_MouseReleaseEvent);
+        QStringList order;
+        connect(&deck.graph, &QWPainter::s_XRange, this, [&] { order << QStringLiteral("range"); });
+        connect(&deck.graph, &QWPainter::s_MouseReleaseEvent, this,
+                [&] { order << QStringLiteral("release"); });
+        for (const auto button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
+            press(deck.graph, 300, button);
+            release(deck.graph, 300, button);
+        }
+        QCOMPARE(released.count(), 3);
+        QCOMPARE(order, QStringList({QStringLiteral("range"), QStringLiteral("release"),
+                                     QStringLiteral("release"), QStringLiteral("release")}));
+    }
+    void onlyTheLeftButtonPans() {
+        WideGraph deck;
+        for (const auto button : {Qt::RightButton, Qt::MiddleButton}) {
+            press(deck.graph, 500, button);
+            release(deck.graph, 300, button);
+            QCOMPARE(deck.graph.xRange(), (GraphRange{0.0, 1155000.0}));
+        }
+        // Nor does another button's release end a left drag.
+        press(deck.graph, 500);
+        press(deck.graph, 500, Qt::RightButton);
+        release(deck.graph, 400, Qt::RightButton);
+        release(deck.graph, 300);
+        QCOMPARE(deck.graph.xRange(), (GraphRange{200000.0, 1355000.0}));
+    }
+
+    // ---- panning ----
+
+    void aDragPans() {
+        WideGraph deck;
+        QSignalSpy range(&deck.graph, &QWPainter::s_XRange);
+        drag(deck.graph, 500, 300);
+        QCOMPARE(deck.graph.xRange(), (GraphRange{200000.0, 1355000.0}));
+        QCOMPARE(range.count(), 1);
+        QCOMPARE(range[0][0].value<EnumGraph>(), ModelGraph::INPUT_DECKA);
+        QCOMPARE(range[0][1].toDouble(), 200000.0);
+        QCOMPARE(range[0][2].toDouble(), 1355000.0);
+        drag(deck.graph, 300, 500);
+        QCOMPARE(deck.graph.xRange(), (GraphRange{0.0, 1155000.0}));
+    }
+    void theEndsOfADragAreNearestPixels() {
+        WideGraph deck;
+        mouseAt(deck.graph, QEvent::MouseButtonPress, {499.5, 10.0});
+        mouseAt(deck.graph, QEvent::MouseButtonRelease, {300.49, 10.0});
+        QCOMPARE(deck.graph.xRange(), (GraphRange{200000.0, 1355000.0}));
+    }
+    void aPressAtX0ThenReleaseResetsTheViewToStartAt0WithTheSameSpan() {
+        WideGraph deck;
+        deck.graph.setXRange({50000, 1205000});
+        QSignalSpy range(&deck.graph, &QWPainter::s_XRange);
+        drag(deck.graph, 0, 600);
+        QCOMPARE(deck.graph.xRange(), (GraphRange{0.0, 1155000.0}));
+        QCOMPARE(range.count(), 1);
+        // Half a pixel is pixel 1 already; just below is pixel 0.
+        deck.graph.setXRange({50000, 1205000});
+        mouseAt(deck.graph, QEvent::MouseButtonPress, {0.5, 10.0});
+        mouseAt(deck.graph, QEvent::MouseButtonRelease, {1.0, 10.0});
+        QCOMPARE(deck.graph.xRange(), (GraphRange{50000.0, 1205000.0}));
+        mouseAt(deck.graph, QEvent::MouseButtonPress, {0.49, 10.0});
+        mouseAt(deck.graph, QEvent::MouseButtonRelease, {1.0, 10.0});
+        QCOMPARE(deck.graph.xRange(), (GraphRange{0.0, 1155000.0}));
+    }
+
+    // ---- selecting ----
+
+    void aSelectionFitsTheRangeToIt() {
+        WideGraph deck;
+        mode().modeSelectArea_on();
+        QSignalSpy range(&deck.graph, &QWPainter::s_XRange);
+        QSignalSpy end(&deck.graph, &QWPainter::s_EndSelectArea);
+        drag(deck.graph, 345, 145);
+        QCOMPARE(deck.graph.xRange(), (GraphRange{100000.0, 300000.0}));
+        QCOMPARE(range.count(), 1);
+        QCOMPARE(range[0][1].toDouble(), 100000.0);
+        QCOMPARE(range[0][2].toDouble(), 300000.0);
+        QCOMPARE(end.count(), 1);
+        QVERIFY(mode().modeSelectArea()); // whoever listens turns it off
+    }
+    void aSelectionFromTheLeftEdgeIsNoReset() {
+        WideGraph deck;
+        mode().modeSelectArea_on();
+        drag(deck.graph, 0, 1045);
+        QCOMPARE(deck.graph.xRange(), (GraphRange{-45000.0, 1000000.0}));
+    }
+    void aSelectionWithPressAndReleaseAtTheSameXIsRefusedThoughItsEndIsStillSent() {
+        WideGraph deck;
+        mode().modeSelectArea_on();
+        QSignalSpy range(&deck.graph, &QWPainter::s_XRange);
+        QSignalSpy end(&deck.graph, &QWPainter::s_EndSelectArea);
+        drag(deck.graph, 400, 400);
+        QCOMPARE(deck.graph.xRange(), (GraphRange{0.0, 1155000.0}));
+        QCOMPARE(end.count(), 1);
+        // The graph tells the range that it shows, not the one that it has refused.
+        QCOMPARE(range[0][1].toDouble(), 0.0);
+        QCOMPARE(range[0][2].toDouble(), 1155000.0);
+    }
+    void aSelectionOfExactlyOneBeatIsRefused() {
+        WideGraph deck;
+        mode().modeSelectArea_on();
+        drag(deck.graph, 145, 177); // 32 pixels, 32000 frames
+        QCOMPARE(deck.graph.xRange(), (GraphRange{0.0, 1155000.0}));
+        drag(deck.graph, 145, 178);
+        QCOMPARE(deck.graph.xRange(), (GraphRange{100000.0, 133000.0}));
+    }
+
+    // ---- zooming ----
+
+    void theWheelZoomsAboutThePointer() {
+        WideGraph deck;
+        QSignalSpy range(&deck.graph, &QWPainter::s_XRange);
+        wheel(deck.graph, 245.9, notchIn);
+        QCOMPARE(deck.graph.xRange(), (GraphRange{100000.0, 677500.0}));
+        QCOMPARE(range.count(), 1);
+        QCOMPARE(range[0][1].toDouble(), 100000.0);
+        QCOMPARE(range[0][2].toDouble(), 677500.0);
+        wheel(deck.graph, 45.0, notchOut);
+        QCOMPARE(deck.graph.xRange(), (GraphRange{100000.0, 966250.0}));
+        QCOMPARE(range.count(), 2);
+    }
+    void zoomInThatWouldMakeTheSpanOneBeatIsRefused() {
+        WideGraph deck;
+        deck.graph.setXRange({0, 64000});
+        wheel(deck.graph, 45.0, notchIn); // 32000 frames are one beat
+        QCOMPARE(deck.graph.xRange(), (GraphRange{0.0, 64000.0}));
+        deck.graph.setXRange({0, 64002});
+        wheel(deck.graph, 45.0, notchIn);
+        QCOMPARE(deck.graph.xRange(), (GraphRange{0.0, 32001.0}));
+        wheel(deck.graph, 45.0, notchIn); // the user stays at the closest zoom
+        QCOMPARE(deck.graph.xRange(), (GraphRange{0.0, 32001.0}));
+    }
+    void zoomOutTo36000BeatsIsRefused() {
+        WideGraph deck;
+        training().setBpmEffective(2880.0); // 1000 frames a beat
+        training().updateBeatLength(ModelGraph::INPUT_DECKA, performance().sample(ModelGraph::INPUT_DECKA));
+        deck.graph.setXRange({0, 24000000});
+        wheel(deck.graph, 45.0, notchOut);
+        QCOMPARE(deck.graph.xRange(), (GraphRange{0.0, 24000000.0}));
+        deck.graph.setXRange({0, 23999998});
+        wheel(deck.graph, 45.0, notchOut);
+        QCOMPARE(deck.graph.xRange(), (GraphRange{0.0, 35999997.0}));
+    }
+    void withoutATempoTheMouseChangesNothing() {
+        WideGraph deck;
+        training().setBpmEffective(0.0);
+        training().updateBeatLength(ModelGraph::INPUT_DECKA, performance().sample(ModelGraph::INPUT_DECKA));
+        wheel(deck.graph, 600.0, notchIn);
+        drag(deck.graph, 500, 300);
+        drag(deck.graph, 0, 0);
+        mode().modeSelectArea_on();
+        drag(deck.graph, 100, 900);
+        QCOMPARE(deck.graph.xRange(), (GraphRange{0.0, 1155000.0}));
+    }
+    void aPlotWithoutWidthIsNeitherZoomedNorPanned() {
+        for (const int width : {45, 30}) {
+            WideGraph deck;
+            deck.graph.resize(width, 300);
+            deck.graph.refreshVariable();
+            QVERIFY(deck.graph.layoutPixels().plotWidth <= 0.0);
+            deck.graph.setXRange({50000, 1205000});
+            wheel(deck.graph, 20.0, notchIn);
+            wheel(deck.graph, 20.0, notchOut);
+            drag(deck.graph, 25, 5);
+            mode().modeSelectArea_on();
+            drag(deck.graph, 5, 25);
+            mode().modeSelectArea_off();
+            QCOMPARE(deck.graph.xRange(), (GraphRange{50000.0, 1205000.0}));
+        }
+    }
+
+    // ---- the other deck ----
+
+    void updateXRangeFromADeckAtAnotherSampleRate48000FramesArriveAt44100As44100() {
+        TwoDecks decks;
+        QSignalSpy again(&decks.b.graph, &QWPainter::s_XRange);
+        decks.b.graph.updateXRange(ModelGraph::INPUT_DECKA, 0.0, 48000.0);
+        QCOMPARE(decks.b.graph.xRange(), (GraphRange{0.0, 44100.0}));
+        decks.a.graph.updateXRange(ModelGraph::INPUT_DECKB, -44100.0, 88200.0);
+        QCOMPARE(decks.a.graph.xRange(), (GraphRange{-48000.0, 96000.0}));
+        QCOMPARE(again.count(), 0);
+    }
+    void theOwnDecksRangeStandsAsItIs() {
+        TwoDecks decks;
+        decks.b.graph.updateXRange(ModelGraph::INPUT_DECKB, 10.9, 48000.9);
+        QCOMPARE(decks.b.graph.xRange(), (GraphRange{10.0, 48000.0}));
+    }
+    void fromADeckWithoutARateTheRangeStandsAsItIs() {
+        QSample none(ModelGraph::INPUT_DECKB, 0, QString(), 0.0, 2, 0);
+        WideGraph a;
+        performance().setSample(ModelGraph::INPUT_DECKB, &none, false);
+        a.graph.updateXRange(ModelGraph::INPUT_DECKB, 0.0, 48000.0);
+        performance().setSample(ModelGraph::INPUT_DECKB, m_noDeviceB, false);
+        QCOMPARE(a.graph.xRange(), (GraphRange{0.0, 48000.0}));
+    }
+    void aRangeOfTheOtherDeckPassesTheSameGuards() {
+        TwoDecks decks;
+        const GraphRange before = decks.b.graph.xRange();
+        decks.b.graph.updateXRange(ModelGraph::INPUT_DECKA, 0.0, 32000.0); // one beat
+        QCOMPARE(decks.b.graph.xRange(), before);
+        decks.b.graph.updateXRange(ModelGraph::INPUT_DECKA, 0.0, 1e300);
+        QCOMPARE(decks.b.graph.xRange(), before);
+    }
+    void panZoomAndSelectionOnOneDeckArriveOnTheOther_data() {
+        QTest::addColumn<double>("rateB");
+        QTest::addColumn<bool>("onA");
+        for (const double rate : {44100.0, 48000.0, 96000.0}) {
+            QTest::addRow("from A to %g Hz", rate) << rate << true;
+            QTest::addRow("from B at %g Hz", rate) << rate << false;
+        }
+    }
+    void panZoomAndSelectionOnOneDeckArriveOnTheOther() {
+        QFETCH(double, rateB);
+        QFETCH(bool, onA);
+        TwoDecks decks(rateB);
+        QVERIFY(decks.inStep());
+        QWPainter& worked = onA ? decks.a.graph : decks.b.graph;
+        QSignalSpy fromA(&decks.a.graph, &QWPainter::s_XRange);
+        QSignalSpy fromB(&decks.b.graph, &QWPainter::s_XRange);
+        auto moved = [&, before = worked.xRange()]() mutable {
+            return std::exchange(before, worked.xRange()) != worked.xRange() && decks.inStep();
+        };
+        drag(worked, 517, 211);
+        QVERIFY(moved());
+        wheel(worked, 333.0, notchIn);
+        QVERIFY(moved());
+        wheel(worked, 1100.0, notchOut);
+        QVERIFY(moved());
+        mode().modeSelectArea_on();
+        drag(worked, 900, 123);
+        QVERIFY(moved());
+        mode().modeSelectArea_off();
+        drag(worked, 0, 10);
+        QVERIFY(moved());
+        QCOMPARE(fromA.count(), onA ? 5 : 0);
+        QCOMPARE(fromB.count(), onA ? 0 : 5);
+    }
+
+    // ---- with a session ----
+
+    void whileTheViewFollowsTheMouseHasNoLastingEffect() {
+        WideGraph deck;
+        mode().modeCurrentTimerAutoresize_on();
+        mode().modeRun_on();
+        deck.setCursor(1000000.0);
+        paint(deck.graph);
+        const GraphRange following = deck.graph.xRange();
+        drag(deck.graph, 500, 300);
+        QVERIFY(deck.graph.xRange() != following);
+        paint(deck.graph);
+        QCOMPARE(deck.graph.xRange(), following);
+        wheel(deck.graph, 500.0, notchIn);
+        paint(deck.graph);
+        QCOMPARE(deck.graph.xRange(), following);
+        mode().modeSelectArea_on();
+        drag(deck.graph, 100, 700);
+        paint(deck.graph);
+        QCOMPARE(deck.graph.xRange(), following);
+    }
+    void afterTheStopTheUserZoomsAndPans() {
+        WideGraph deck;
+        addPoints(deck.main, 2000, 500.0); // the take: 1000000 frames
+        mode().modeCurrentTimerAutoresize_on();
+        mode().modeRun_on();
+        deck.setCursor(1000000.0);
+        paint(deck.graph);
+        mode().modeCurrentTimerAutoresize_off();
+        mode().modeRun_off();
+        deck.graph.setXRange(wide);
+        drag(deck.graph, 500, 300);
+        wheel(deck.graph, 45.0, notchIn);
+        paint(deck.graph);
+        deck.graph.refresh();
+        paint(deck.graph);
+        QCOMPARE(deck.graph.xRange(), (GraphRange{200000.0, 777500.0}));
+    }
+    void whileTheViewFitsAllDataTheMouseHasNoLastingEffect() {
+        WideGraph deck;
+        addPoints(deck.main, 2000, 500.0);
+        mode().modeAutoresize_on();
+        mode().modeRun_on();
+        drag(deck.graph, 500, 300);
+        paint(deck.graph);
+        QCOMPARE(deck.graph.xRange(), (GraphRange{0.0, 1032000.0}));
+    }
+
+    // ---- the range of values ----
+
+    void inNormalDisplayARangeOf199GetsMinus30AndPlus70AndAt200TheBandRuleTakesOver() {
+        const auto fill = [](CurvePointStore& store, double range) {
+            addPoints(store, 1000, 64.0,
+                      [=](int i, CurvePoint& p) { p.position = i % 2 == 0 ? 0.0 : range; });
+        };
+        for (const double range : {199.0, 200.0}) {
+            WideGraph deck;
+            fill(deck.main, 150.0);
+            paint(deck.graph);
+            QCOMPARE(deck.graph.yRange(), (GraphRange{-30.0, 220.0}));
+            deck.graph.resetCurve_Main();
+            fill(deck.main, range);
+            paint(deck.graph);
+            // The band around 200 reaches from -30 to 270, so the range stays at 220.
+            QCOMPARE(deck.graph.yRange(),
+                     range == 199.0 ? (GraphRange{-30.0, 269.0}) : (GraphRange{-30.0, 220.0}));
+        }
+    }
+    void bothCurvesEmptyAutoresizeHoldsTheLastValues() {
+        WideGraph deck;
+        addPoints(deck.main, 1000, 64.0, [](int i, CurvePoint& p) { p.position = i; });
+        paint(deck.graph);
+        const double highest = Singleton::instance().autoresize()->maxValue();
+        QVERIFY(highest > 900.0);
+        deck.graph.resetCurve_Main();
+        wheel(deck.graph, 300.0, notchIn);
+        paint(deck.graph);
+        QCOMPARE(Singleton::instance().autoresize()->maxValue(), highest);
+        QCOMPARE(Singleton::instance().autoresize()->minValue(), 0.0);
+    }
+};
+
+QTEST_MAIN(TestQWPainterMouse)
+#include "tst_qwpainter_mouse.moc"

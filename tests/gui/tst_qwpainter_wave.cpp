@@ -1,0 +1,247 @@
+// The sample of the deck's areas on the graph: its bars, the needles in it and the room that they take.
+#include "gui/support/deckgraph.h"
+#include "module/wavedata.h"
+#include "painter/qwpainterwav.h"
+#include "painter/wavemarkers.h"
+#include "phrasing/managephrasing.h"
+#include "phrasing/wavphrasing.h"
+#include "support/phrasingareas.h"
+
+#include <QTest>
+
+#include <cmath>
+#include <cstdlib>
+
+namespace {
+
+constexpr double step = 64.0;
+const QColor ground(43, 43, 43);
+const QColor red(208, 0, 24);
+const QColor teal(1, 194, 193);
+const QSize size(1200, 500);
+
+// Loud in the first half of the turn, silent in the second.
+std::shared_ptr<const WaveData> halfLoud() {
+    auto wave = std::make_shared<WaveData>(48000, 1, 72000);
+    for (std::size_t i = 0; i < 72000; ++i) {
+        wave->samples(0)[i] = i < 36000 ? std::int16_t(i % 2 == 0 ? 1000 : -1000) : std::int16_t(0);
+    }
+    wave->setPeaks(-1000, 1000);
+    return wave;
+}
+
+void giveWave(QWPainter& graph) {
+    Singleton::instance().wavPhrasing()->setWav(graph.deckName(), halfLoud());
+    graph.generateWavPhrasing();
+}
+
+void addAngle(CurvePointStore& store, double angle) {
+    addPoints(store, 1, step, [angle](int, CurvePoint& p) {
+        p.angle = angle;
+        p.rawAngle = angle;
+    });
+}
+
+QColor at(const QImage& image, double x, double y) {
+    const double ratio = image.devicePixelRatio();
+    return image.pixelColor(int(std::floor(x * ratio)), int(std::floor(y * ratio)));
+}
+
+bool near(const QColor& a, const QColor& b, int tolerance = 4) {
+    return std::abs(a.red() - b.red()) <= tolerance && std::abs(a.green() - b.green()) <= tolerance &&
+           std::abs(a.blue() - b.blue()) <= tolerance;
+}
+
+} // namespace
+
+class TestQWPainterWave : public QObject {
+    Q_OBJECT
+
+    static void ratios() {
+        QTest::addColumn<double>("ratio");
+        QTest::newRow("100 %") << 1.0;
+        QTest::newRow("125 %") << 1.25;
+    }
+
+private Q_SLOTS:
+    void initTestCase() { prepareGuiProcess(); }
+    void init() {
+        resetSharedState();
+        training().setActivatedMode(ModelActivatedMode::Training);
+        setting().setGraphLogo(false);
+        setting().setGraphGrid(false);
+        setting().setGraphVinylPosition(false);
+        setting().setGraphDirectSound(false);
+    }
+    void cleanup() {
+        for (const auto deck : {ModelGraph::INPUT_DECKA, ModelGraph::INPUT_DECKB}) {
+            Singleton::instance().wavPhrasing()->setWav(deck, nullptr);
+        }
+    }
+
+    void theNormalDisplayMakesRoomForTheBar() {
+        DeckGraph deck(ModelGraph::INPUT_DECKA, size);
+        QCOMPARE(deck.graph.layoutPixels().bottomMargin, 40);
+        giveWave(deck.graph);
+        QCOMPARE(deck.graph.layoutPixels().bottomMargin, 120);
+        for (const auto display : {ModelDisplay::PHRASING, ModelDisplay::DRUMMING}) {
+            mode().setDisplayMode(display);
+            deck.graph.refreshVariable();
+            QCOMPARE(deck.graph.layoutPixels().bottomMargin, 40);
+        }
+    }
+    void theOtherDecksWaveChangesNothing() {
+        DeckGraph deck(ModelGraph::INPUT_DECKA, size);
+        Singleton::instance().wavPhrasing()->setWav(ModelGraph::INPUT_DECKB, halfLoud());
+        deck.graph.generateWavPhrasing();
+        QCOMPARE(deck.graph.layoutPixels().bottomMargin, 40);
+    }
+    void theDirectWaveTakesRoomAboveThePlotWhereThereIsAWave() {
+        setting().setGraphDirectSound(true);
+        DeckGraph deck(ModelGraph::INPUT_DECKA, size);
+        QCOMPARE(deck.graph.layoutPixels().plotTop, 35);
+        giveWave(deck.graph);
+        QCOMPARE(deck.graph.layoutPixels().plotTop, 135);
+        QCOMPARE(deck.graph.layoutPixels().directWaveHeight, 100.0);
+        setting().setGraphDirectSound(false);
+        pictureOf(deck.graph); // the next paint lays out anew
+        QCOMPARE(deck.graph.layoutPixels().plotTop, 35);
+    }
+
+    void theBarMovesUnderAStandingNeedle_data() { ratios(); }
+    void theBarMovesUnderAStandingNeedle() {
+        QFETCH(double, ratio);
+        DeckGraph deck(ModelGraph::INPUT_DECKA, size);
+        deck.setCursor(-1e6);
+        giveWave(deck.graph);
+        addAngle(deck.main, 0.0);
+        const double strip = deck.graph.layoutPixels().stripWidth;
+        const double needle = 45 + strip / 3.0;
+        const auto loud = [&](const QImage& picture, double share) {
+            return at(picture, 45 + share * strip, 405).red() > 150;
+        };
+        const QImage start = pictureOf(deck.graph, ratio);
+        QVERIFY(near(at(start, needle + 3, 450), QColor(0, 255, 0)));
+        QVERIFY(!loud(start, 0.30)); // at angle 0 the wave begins at the needle
+        QVERIFY(loud(start, 0.36));
+        QVERIFY(loud(start, 0.80));
+        QVERIFY(!loud(start, 0.86));
+        deck.main.clear();
+        addAngle(deck.main, 90.0);
+        const QImage quarter = pictureOf(deck.graph, ratio);
+        QVERIFY(near(at(quarter, needle + 3, 450), QColor(0, 255, 0)));
+        QVERIFY(!loud(quarter, 0.06));
+        QVERIFY(loud(quarter, 0.10));
+        QVERIFY(loud(quarter, 0.56));
+        QVERIFY(!loud(quarter, 0.61));
+    }
+    void inDrummingTheWholeWaveStandsAtTheRight_data() { ratios(); }
+    void inDrummingTheWholeWaveStandsAtTheRight() {
+        QFETCH(double, ratio);
+        mode().setDisplayMode(ModelDisplay::DRUMMING);
+        DeckGraph deck(ModelGraph::INPUT_DECKA, size);
+        deck.setCursor(-1e6);
+        deck.graph.colorAreas()->setListPhrasing({area(0.0, 90.0, red)});
+        giveWave(deck.graph);
+        addAngle(deck.main, 300.0);
+        addAngle(deck.secondary, 120.0);
+        const QImage picture = pictureOf(deck.graph, ratio);
+        const QRectF bar = waveSideBar(deck.graph.layoutPixels(), size.width());
+        QVERIFY(near(at(picture, bar.left() + 4, 440), red, 12)); // an area's part in its colour
+        QVERIFY(near(at(picture, bar.left() + 4, 330), QColor(175, 176, 177), 12));
+        QVERIFY(near(at(picture, bar.left() + 4, 200), ground)); // the silent half
+        QVERIFY(near(at(picture, bar.left() - 3, 440), ground));
+        const double y = drummingMarker(deck.graph.layoutPixels(), bar, 300.0).center().y();
+        QVERIFY(near(at(picture, bar.center().x(), y), QColor(0, 255, 0)));
+        const double other = drummingMarker(deck.graph.layoutPixels(), bar, 120.0).center().y();
+        const QColor reference = at(picture, bar.left() + 4, other);
+        QVERIFY(reference.green() > reference.red() + 80); // lets the wave through
+    }
+    void inPhrasingTheNeedlesAreaStandsAtTheRight_data() { ratios(); }
+    void inPhrasingTheNeedlesAreaStandsAtTheRight() {
+        QFETCH(double, ratio);
+        mode().setDisplayMode(ModelDisplay::PHRASING);
+        DeckGraph deck(ModelGraph::INPUT_DECKA, size);
+        deck.setCursor(-1e6);
+        deck.graph.colorAreas()->setListPhrasing({area(0.0, 90.0, red), area(90.0, 270.0, teal)});
+        giveWave(deck.graph);
+        addAngle(deck.main, 300.0);
+        const QRectF bar = waveSideBar(deck.graph.layoutPixels(), size.width());
+        QCOMPARE(deck.graph.currentArea(), -1);
+        QVERIFY(near(at(pictureOf(deck.graph, ratio), bar.left() + 4, 440), ground)); // never in an area
+        deck.main.clear();
+        addAngle(deck.main, 180.0);
+        const QImage inside = pictureOf(deck.graph, ratio);
+        QCOMPARE(deck.graph.currentArea(), 1);
+        QVERIFY(near(at(inside, bar.left() + 4, 440), teal, 12)); // its first half is loud
+        QVERIFY(near(at(inside, bar.left() + 4, 100), ground));
+        const double y = phrasingMarker(deck.graph.layoutPixels(), bar, 180.0, 90.0, 180.0)->center().y();
+        QVERIFY(near(at(inside, bar.center().x(), y), QColor(0, 255, 0)));
+        deck.main.clear();
+        addAngle(deck.main, 300.0); // out again: the bar stays and the needle goes
+        const QImage outside = pictureOf(deck.graph, ratio);
+        QCOMPARE(deck.graph.currentArea(), 1);
+        QVERIFY(near(at(outside, bar.left() + 4, 440), teal, 12));
+        QVERIFY(!near(at(outside, bar.center().x(), y), QColor(0, 255, 0)));
+        deck.graph.initStart();
+        QCOMPARE(deck.graph.currentArea(), -1);
+    }
+    void aLooperShowsNoNeedleOfTheReference() {
+        mode().setDisplayMode(ModelDisplay::DRUMMING);
+        DeckGraph deck(ModelGraph::INPUT_DECKA, size);
+        deck.setCursor(-1e6);
+        giveWave(deck.graph);
+        addAngle(deck.main, 300.0);
+        addAngle(deck.secondary, 220.0); // where the wave is silent
+        const QRectF bar = waveSideBar(deck.graph.layoutPixels(), size.width());
+        const double y = drummingMarker(deck.graph.layoutPixels(), bar, 220.0).center().y();
+        QVERIFY(!near(at(pictureOf(deck.graph), bar.left() + 4, y), ground));
+        training().setActivatedMode(ModelActivatedMode::Looper);
+        QVERIFY(near(at(pictureOf(deck.graph), bar.left() + 4, y), ground));
+    }
+    void whileARunIsOnTheNeedleIsWhereTheRecordIs() {
+        mode().setDisplayMode(ModelDisplay::DRUMMING);
+        training().setActivatedMode(ModelActivatedMode::Looper);
+        DeckGraph deck(ModelGraph::INPUT_DECKA, size);
+        giveWave(deck.graph);
+        addAngle(deck.main, 220.0);
+        addAngle(deck.main, 330.0);
+        deck.setCursor(1.5 * step);
+        const QRectF bar = waveSideBar(deck.graph.layoutPixels(), size.width());
+        const auto shows = [&](double angle) {
+            const double y = drummingMarker(deck.graph.layoutPixels(), bar, angle).center().y();
+            return near(at(pictureOf(deck.graph), bar.center().x(), y), QColor(0, 255, 0));
+        };
+        QVERIFY(shows(220.0) && !shows(330.0));
+        mode().modeRun_on();
+        QVERIFY(shows(330.0) && !shows(220.0));
+    }
+    void anEditedAreaIsDrawnAnewInTheBar() {
+        mode().setDisplayMode(ModelDisplay::DRUMMING);
+        DeckGraph deck(ModelGraph::INPUT_DECKA, size);
+        deck.setCursor(-1e6);
+        deck.graph.colorAreas()->setListPhrasing({area(0.0, 90.0, red)});
+        giveWave(deck.graph);
+        const QRectF bar = waveSideBar(deck.graph.layoutPixels(), size.width());
+        QVERIFY(near(at(pictureOf(deck.graph), bar.left() + 4, 440), red, 12));
+        deck.graph.colorAreas()->initAreas();
+        QVERIFY(near(at(pictureOf(deck.graph), bar.left() + 4, 440), QColor(175, 176, 177), 12));
+        QVERIFY(deck.graph.wavePainter()->segments().empty());
+    }
+    void anAreaThatTheOtherDeckMovesMovesHereToo() {
+        mode().setDisplayMode(ModelDisplay::DRUMMING);
+        DeckGraph deck(ModelGraph::INPUT_DECKA, size);
+        deck.setCursor(-1e6);
+        const QPhrasingPtr shared = area(0.0, 90.0, red);
+        deck.graph.colorAreas()->setListPhrasing({shared});
+        giveWave(deck.graph);
+        const QRectF bar = waveSideBar(deck.graph.layoutPixels(), size.width());
+        QVERIFY(near(at(pictureOf(deck.graph), bar.left() + 4, 440), red, 12));
+        shared->setColor(teal);
+        deck.graph.refresh();
+        QVERIFY(near(at(pictureOf(deck.graph), bar.left() + 4, 440), teal, 12));
+    }
+};
+
+QTEST_MAIN(TestQWPainterWave)
+#include "tst_qwpainter_wave.moc"

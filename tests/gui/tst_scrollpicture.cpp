@@ -1,0 +1,252 @@
+#include "painter/scrollpicture.h"
+
+#include <QRandomGenerator>
+#include <QTest>
+
+#include <algorithm>
+
+namespace {
+
+constexpr QRgb green = 0xff00ff00U;
+
+std::uint32_t* rowOf(QImage& image, int y) {
+    return reinterpret_cast<std::uint32_t*>(image.scanLine(y));
+}
+
+QImage transparent(QSize size) {
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    return image;
+}
+
+/// The same as a ScrollPicture, by moving every pixel.
+class PlainPicture {
+public:
+    explicit PlainPicture(QSize size) : m_image(transparent(size)) {}
+    const QImage& image() const { return m_image; }
+    void scroll(int columns) {
+        const int width = m_image.width();
+        for (int y = 0; y < m_image.height(); ++y) {
+            std::uint32_t* row = rowOf(m_image, y);
+            for (int x = 0; x < width; ++x) {
+                row[x] = columns < width - x ? row[x + columns] : 0U;
+            }
+        }
+    }
+    void clearBefore(int to) {
+        for (int y = 0; y < m_image.height(); ++y) {
+            std::fill_n(rowOf(m_image, y), std::clamp(to, 0, m_image.width()), 0U);
+        }
+    }
+    void draw(const Capsule& capsule, QRgb color, int to) {
+        const CapsuleTarget target{rowOf(m_image, 0),
+                                   m_image.bytesPerLine() / 4,
+                                   0,
+                                   0,
+                                   std::clamp(to, 0, m_image.width()),
+                                   m_image.height(),
+                                   0,
+                                   0};
+        drawCapsule(target, capsule, color);
+    }
+
+private:
+    QImage m_image;
+};
+
+QImage shown(const ScrollPicture& picture, const QColor& ground = Qt::transparent) {
+    QImage image(picture.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(ground);
+    QPainter painter(&image);
+    picture.paintTo(painter);
+    return image;
+}
+
+QImage onGround(const QImage& picture, const QColor& ground) {
+    QImage image(picture.size(), picture.format());
+    image.fill(ground);
+    QPainter painter(&image);
+    painter.drawImage(0, 0, picture);
+    return image;
+}
+
+} // namespace
+
+class TestScrollPicture : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void aNewPictureIsEmpty() {
+        ScrollPicture picture;
+        picture.reset({300, 40});
+        QCOMPARE(picture.size(), QSize(300, 40));
+        QCOMPARE(shown(picture), transparent({300, 40}));
+    }
+    void aPictureWithoutSizeShowsNothing() {
+        ScrollPicture picture;
+        QImage image = transparent({20, 20});
+        QPainter painter(&image);
+        picture.paintTo(painter);
+        painter.end();
+        QCOMPARE(image, transparent({20, 20}));
+    }
+    void aLineOverAllTilesIsOneLine() {
+        ScrollPicture picture;
+        PlainPicture plain({1000, 60});
+        picture.reset({1000, 60});
+        const Capsule line{3.0, 5.0, 990.0, 55.0, 7.0};
+        picture.draw(line, green, 1000);
+        plain.draw(line, green, 1000);
+        QCOMPARE(shown(picture), plain.image());
+        QVERIFY(plain.image() != transparent({1000, 60}));
+    }
+    void whatLeavesAtTheLeftComesBackEmpty() {
+        ScrollPicture picture;
+        picture.reset({300, 40});
+        picture.draw({0.0, 20.0, 300.0, 20.0, 9.0}, green, 300);
+        for (int i = 0; i < 20; ++i) {
+            picture.scroll(17);
+        }
+        QCOMPARE(shown(picture), transparent({300, 40}));
+    }
+    void aMoveOverMoreThanThePictureEmptiesIt() {
+        ScrollPicture picture;
+        picture.reset({300, 40});
+        picture.draw({0.0, 20.0, 300.0, 20.0, 9.0}, green, 300);
+        picture.scroll(5000);
+        QCOMPARE(shown(picture), transparent({300, 40}));
+    }
+    void noMoveChangesNothing() {
+        ScrollPicture picture;
+        picture.reset({300, 40});
+        picture.draw({0.0, 20.0, 300.0, 20.0, 9.0}, green, 300);
+        const QImage before = shown(picture);
+        picture.scroll(0);
+        QCOMPARE(shown(picture), before);
+    }
+    // What is drawn past the right edge isn't there when it has scrolled in.
+    void nothingIsDrawnBeyondTheRightEdge() {
+        for (const int moved : {0, 1, 100, 127, 128, 129}) {
+            ScrollPicture picture;
+            picture.reset({300, 40});
+            picture.scroll(moved);
+            picture.draw({250.0, 20.0, 900.0, 20.0, 9.0}, green, 900);
+            picture.scroll(50);
+            const QImage image = shown(picture);
+            QCOMPARE(image.pixel(249, 20), green);
+            QCOMPARE(image.copy(250, 0, 50, 40), transparent({50, 40}));
+        }
+    }
+    void drawingStopsAtItsBorder() {
+        for (const int border : {-5, 0, 1, 127, 128, 129, 200}) {
+            ScrollPicture picture;
+            PlainPicture plain({300, 40});
+            picture.reset({300, 40});
+            const Capsule line{0.0, 3.0, 300.0, 37.0, 5.0};
+            picture.draw(line, green, border);
+            plain.draw(line, green, border);
+            QCOMPARE(shown(picture), plain.image());
+        }
+    }
+    void clearingStopsAtItsBorder() {
+        for (const int border : {-5, 0, 1, 127, 128, 129, 200, 300, 400}) {
+            ScrollPicture picture;
+            PlainPicture plain({300, 40});
+            picture.reset({300, 40});
+            const Capsule line{0.0, 3.0, 300.0, 37.0, 5.0};
+            picture.draw(line, green, 300);
+            plain.draw(line, green, 300);
+            picture.clearBefore(border);
+            plain.clearBefore(border);
+            QCOMPARE(shown(picture), plain.image());
+        }
+    }
+    void farLinesAreCutToThePicture() {
+        ScrollPicture picture;
+        PlainPicture plain({300, 40});
+        picture.reset({300, 40});
+        for (const Capsule& line :
+             {Capsule{-16000.0, 20.0, 16000.0, 25.0, 8.0}, Capsule{150.0, -16000.0, 160.0, 16000.0, 3.0},
+              Capsule{-16000.0, 0.0, -15000.0, 9.0, 3.0}, Capsule{16000.0, 0.0, 15000.0, 9.0, 3.0}}) {
+            picture.draw(line, green, 300);
+            plain.draw(line, green, 300);
+        }
+        QCOMPARE(shown(picture), plain.image());
+    }
+    void anotherSizeStartsEmpty() {
+        ScrollPicture picture;
+        for (const QSize size :
+             {QSize(300, 40), QSize(700, 40), QSize(700, 90), QSize(1, 1), QSize(128, 8)}) {
+            picture.reset(size);
+            picture.scroll(30);
+            QCOMPARE(shown(picture), transparent(size));
+            picture.draw({0.0, 4.0, 700.0, 4.0, 30.0}, green, size.width());
+            QCOMPARE(shown(picture).pixel(0, 0), green);
+        }
+    }
+    void theSameSizeStartsEmptyToo() {
+        ScrollPicture picture;
+        for (int i = 0; i < 3; ++i) {
+            picture.reset({300, 40});
+            QCOMPARE(shown(picture), transparent({300, 40}));
+            picture.draw({0.0, 3.0 + 10.0 * i, 300.0, 37.0, 5.0}, green, 300);
+            picture.scroll(150);
+        }
+    }
+    void anyScriptGivesThePictureOfAPlainImage_data() {
+        QTest::addColumn<quint32>("seed");
+        for (quint32 seed = 1; seed <= 60; ++seed) {
+            QTest::addRow("seed %u", seed) << seed;
+        }
+    }
+    void anyScriptGivesThePictureOfAPlainImage() {
+        QFETCH(quint32, seed);
+        QRandomGenerator random(seed);
+        const QColor ground(43, 43, 43);
+        QSize size(1 + random.bounded(600), 1 + random.bounded(120));
+        ScrollPicture picture;
+        picture.reset(size);
+        PlainPicture plain(size);
+        const auto somewhere = [&](int side) {
+            return random.bounded(1.6 * side + 40.0) - 0.3 * side - 20.0;
+        };
+        for (int act = 0; act < 120; ++act) {
+            switch (random.bounded(12)) {
+            case 0: {
+                const int columns = random.bounded(random.bounded(6) == 0 ? 2 * size.width() + 300 : 12);
+                picture.scroll(columns);
+                plain.scroll(columns);
+                break;
+            }
+            case 1: {
+                const int to = random.bounded(size.width() + 20) - 10;
+                picture.clearBefore(to);
+                plain.clearBefore(to);
+                break;
+            }
+            case 2:
+                if (random.bounded(6) == 0) {
+                    size = random.bounded(2) == 0 ? size
+                                                  : QSize(1 + random.bounded(600), 1 + random.bounded(120));
+                    picture.reset(size);
+                    plain = PlainPicture(size);
+                }
+                break;
+            default: {
+                const Capsule capsule{somewhere(size.width()), somewhere(size.height()),
+                                      somewhere(size.width()), somewhere(size.height()),
+                                      1.0 + random.bounded(9.0)};
+                const QRgb color = qPremultiply((random.generate() & 0xffffffU) |
+                                                (random.bounded(3) == 0 ? 0x80000000U : 0xff000000U));
+                const int to = random.bounded(3) == 0 ? random.bounded(size.width() + 20) : size.width();
+                picture.draw(capsule, color, to);
+                plain.draw(capsule, color, to);
+            }
+            }
+            QCOMPARE(shown(picture), plain.image());
+        }
+        QCOMPARE(shown(picture, ground), onGround(plain.image(), ground));
+    }
+};
+
+QTEST_MAIN(TestScrollPicture)
+#include "tst_scrollpicture.moc"
