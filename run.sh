@@ -53,7 +53,7 @@ done
 
 "$top/packaging/install.sh"
 targets=(gramoscope)
-[ $demo -eq 0 ] || targets+=(gramoscope-virtualdeck gramoscope-decode)
+[ $demo -eq 0 ] || targets+=(gramoscope-virtualdeck gramoscope-decode gramoscope-draw)
 "$top/packaging/build.sh" release "${targets[@]}"
 
 if [ $demo -eq 1 ]; then

@@ -23,6 +23,10 @@ timecode=generic_V2
 pattern=chirp,baby  # what the hands do on deck A and on deck B
 decks=2             # both are recorded, each to a .wav and a .grw
 count_in=4          # s: five ticks at 84 bpm are 3.57 s
+icons=1             # at the cuts of the crossfader: arrows
+# What marks the areas of deck A's record, one key after the other: an area up to the needle, the rest of the
+# turn, and both once more.
+phrasing_keys=(e ctrl+shift+e e ctrl+shift+e)
 screen=1920x1080x24 # of the screen that is started where there is none
 
 say() { echo "demo: $*" >&2; }
@@ -107,14 +111,6 @@ within() { # SECONDS COMMAND...: true as soon as the command is, false at the de
     done
 }
 
-pause() { # SECONDS while the program runs
-    local until=$(($(now) + 1000 * $1))
-    while [ "$(now)" -lt "$until" ]; do
-        alive "$program" || die "the program ended early"
-        sleep 0.2
-    done
-}
-
 # ---- the sound server ----
 server_runs() { [ "$(timeout 5 jack_wait -c 2>/dev/null || true)" = running ]; }
 
@@ -177,6 +173,7 @@ home=$scratch/home
 mkdir "$home"
 cp "$bin/gramoscope" "$home/"
 cp -R "$top/appdata" "$home/AppData"
+printf '[display]\ngraphShiniMode=%s\n' "$icons" >"$home/AppData/Input/config.ini"
 launch gramoscope env QT_QPA_PLATFORM=xcb "$home/gramoscope"
 program=$pid
 
@@ -223,6 +220,7 @@ timeout 5 xdotool mousemove --window "$window" "$((width - decks_right))" "$((he
     die "the choice of decks can't be clicked"
 sleep 0.5
 press space
+counted_in=$(($(now) + 1000 * count_in))
 say "a session runs"
 
 if [ "$seconds" -eq 0 ]; then
@@ -235,10 +233,21 @@ if [ "$seconds" -eq 0 ]; then
 fi
 
 before=$((seconds > 3 ? seconds - 2 : seconds / 2))
-pause $((count_in + before))
+pause_to() { # MS: a point of time
+    while [ "$(now)" -lt "$1" ]; do
+        alive "$program" || die "the program ended early"
+        sleep 0.05
+    done
+}
+# Spread over the first half of what is recorded: the record has moved on from key to key.
+for i in "${!phrasing_keys[@]}"; do
+    pause_to $((counted_in + (2 * i + 1) * before * 1000 / 16 + 130 * i))
+    press "${phrasing_keys[i]}"
+done
+pause_to $((counted_in + 1000 * before))
 if [ $own_screen -eq 1 ]; then shown=root; else shown=$window; fi # nobody's desktop but our own
 timeout 30 import -window "$shown" "$out/screenshot.png" || die "no picture of the screen"
-pause $((seconds - before))
+pause_to $((counted_in + 1000 * seconds))
 press space
 
 # ---- the files: there, and of a size that stays ----
@@ -301,9 +310,11 @@ grw_line() { # FILE
     elif [ "$count" -le 0 ]; then
         problems+=("$(basename "$file") has no points")
     fi
+    timeout 120 "$bin/gramoscope-draw" --shini arrows "$file" "$out/$(basename "${file%.grw}").png" >"$scratch/draw.log" 2>&1 ||
+        problems+=("$(basename "$file") can't be drawn")
     [ -f "${file%.grw}.wav" ] || problems+=("$(basename "$file") has no .wav beside it")
     curves=$((curves + 1))
-    echo "  $(basename "$file"): $count points"
+    echo "  $(basename "$file"): $count points, drawn in $(basename "${file%.grw}").png"
 }
 
 curves=0
