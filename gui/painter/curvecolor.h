@@ -67,3 +67,12 @@ inline QColor stripColor(ModelGraph::EnumGraph item) {
         return QColor(0, 0, 0, 0);
     }
 }
+
+/// What is seen where a colour lies over an opaque one.
+inline QColor laidOver(const QColor& color, const QColor& ground) {
+    const auto mix = [alpha = color.alpha()](int over, int under) {
+        return (over * alpha + under * (255 - alpha) + 127) / 255;
+    };
+    return QColor(mix(color.red(), ground.red()), mix(color.green(), ground.green()),
+                  mix(color.blue(), ground.blue()));
+}

@@ -59,8 +59,9 @@ CurveStrokes CurveDrawing::strokes(const CurveScene& scene, const CurveExtract& 
     return strokes;
 }
 
-void drawSoundStrip(const CurveScene& scene, const CurveExtract& curve) {
-    const QColor color = stripColor(curve.item);
+void drawSoundStrip(const CurveScene& scene, const CurveExtract& curve, const std::optional<QColor>& ground) {
+    const QColor strip = stripColor(curve.item);
+    const QColor color = ground ? laidOver(strip, *ground) : strip;
     for (const QRect& bar : soundStrip(curve.points, curve.stretch, scene.scale, curve.item)) {
         scene.painter.fillRect(bar, color);
     }

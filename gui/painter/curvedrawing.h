@@ -33,5 +33,6 @@ private:
     CurvePen m_wavePens;
 };
 
-/// Draws the history of a curve's crossfader along the top of the plot.
-void drawSoundStrip(const CurveScene& scene, const CurveExtract& curve);
+/// Draws the history of a curve's crossfader along the top of the plot. `ground`: what is there already,
+/// where that is one colour; letting it through takes several times as long.
+void drawSoundStrip(const CurveScene& scene, const CurveExtract& curve, const std::optional<QColor>& ground);

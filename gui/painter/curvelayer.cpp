@@ -73,11 +73,10 @@ void CurveLayer::draw(const CurveScene& scene, const CurveExtract& curve, double
     }
     noteColors(scene);
     const double reach = reachOf(scene.options);
-    const Device device{
-        ratio,
-        DevicePixels(scene.painter).fraction(),
-        {int(std::ceil((scene.view.right() + reach) * ratio)) + 1,
-         int(std::ceil(scene.view.bottom() * ratio)) + 1}};
+    const Device device{ratio,
+                        DevicePixels(scene.painter).fraction(),
+                        {int(std::ceil((scene.view.right() + reach) * ratio)) + 1,
+                         int(std::ceil(scene.view.bottom() * ratio)) + 1}};
     if (line->lastChosen()) {
         const int phases = phasesOf(ratio);
         const double seam = roundedUp(line->column(line->walk().start) + reach, std::max(phases, 1));

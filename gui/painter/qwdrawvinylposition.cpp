@@ -25,7 +25,7 @@
 
 namespace {
 
-constexpr QSizeF pictureSize(250.0, 260.0); // pixels of the graph
+constexpr QRectF pictureRect(16.0, 16.0, 218.0, 218.0); // pixels of the graph: the rim and what looks out
 constexpr QPointF center(125.0, 125.0);
 constexpr double discRadius = 98.0; // the rim covers it from 93 to 107
 constexpr double fullTurn = 360.0;
@@ -67,15 +67,16 @@ private:
     double m_cosine;
 };
 
-CapsuleTarget whole(QImage& picture) {
+// A picture whose corner lies at this device pixel of the graph.
+CapsuleTarget whole(QImage& picture, QPoint corner) {
     return {reinterpret_cast<std::uint32_t*>(picture.bits()),
             picture.bytesPerLine() / 4,
             0,
             0,
             picture.width(),
             picture.height(),
-            0,
-            0};
+            -corner.x(),
+            -corner.y()};
 }
 
 void drawShape(const CapsuleTarget& target, const Placing& placing, std::span<const QPointF> corners,
@@ -180,7 +181,7 @@ void QWDrawVinylPosition::draw(QPainter& painter, double time, bool rotate) {
             rotate ? 0.0 : main.point.angle, secondary.point.angle, main.soundOn, withSecondary});
     {
         const OnDevicePixels onPixels(painter);
-        painter.drawImage(0, 0, m_picture);
+        painter.drawImage(m_corner, m_picture);
     }
     if (withSecondary && secondary.soundOn) {
         drawAreaName(painter, m_secondaryCurve->graphName(), secondary, secondaryNameTop);
@@ -197,9 +198,11 @@ QWDrawVinylPosition::Position QWDrawVinylPosition::position(const QCurve& curve,
 
 void QWDrawVinylPosition::update(const Look& look) {
     if (look.ratio != m_look.ratio) {
-        const QSize pixels((pictureSize * look.ratio).toSize());
+        const QRect pixels =
+            QRectF(pictureRect.topLeft() * look.ratio, pictureRect.size() * look.ratio).toAlignedRect();
+        m_corner = pixels.topLeft();
         for (QImage* picture : {&m_disc, &m_overlay, &m_picture}) {
-            *picture = QImage(pixels, QImage::Format_ARGB32_Premultiplied);
+            *picture = QImage(pixels.size(), QImage::Format_ARGB32_Premultiplied);
         }
         m_discDirty = true;
         m_overlayDirty = true;
@@ -223,6 +226,7 @@ void QWDrawVinylPosition::update(const Look& look) {
         m_overlay.fill(Qt::transparent);
         QPainter painter(&m_overlay);
         painter.setRenderHint(QPainter::Antialiasing);
+        painter.translate(-m_corner);
         painter.scale(look.ratio, look.ratio);
         drawOverlay(painter);
         m_overlayDirty = false;
@@ -239,14 +243,16 @@ void QWDrawVinylPosition::drawDisc(const Look& look) {
     const QImage& wheel = m_wheel.turned(look.discTurn);
     const QPointF middle = center * look.ratio;
     QPainter(&m_disc).drawImage(
-        QPoint(qRound(middle.x() - wheel.width() / 2.0), qRound(middle.y() - wheel.height() / 2.0)), wheel);
-    drawDiscMarks(whole(m_disc), look.discTurn, look.ratio);
+        QPoint(qRound(middle.x() - wheel.width() / 2.0), qRound(middle.y() - wheel.height() / 2.0)) -
+            m_corner,
+        wheel);
+    drawDiscMarks(whole(m_disc, m_corner), look.discTurn, look.ratio);
 }
 
 // From back to front.
 void QWDrawVinylPosition::compose(const Look& look) {
     std::memcpy(m_picture.bits(), m_disc.constBits(), std::size_t(m_disc.sizeInBytes()));
-    const CapsuleTarget target = whole(m_picture);
+    const CapsuleTarget target = whole(m_picture, m_corner);
     const ModelGraph::EnumGraph main = m_mainCurve->graphName();
     const ModelGraph::EnumGraph secondary = m_secondaryCurve->graphName();
     const Placing mainPlacing(look.mainTurn, look.ratio);

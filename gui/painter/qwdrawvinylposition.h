@@ -64,7 +64,7 @@ private:
     const QCurve* m_secondaryCurve;
     const ManagePhrasing* m_colorAreas;
     SliceWheel m_wheel;
-    // In device pixels, from the graph's corner on.
+    QPoint m_corner;  ///< of the three pictures, device pixels from the graph's corner
     QImage m_disc;    ///< the slices and their marks
     QImage m_overlay; ///< hub and rim
     QImage m_picture; ///< all of it but the names

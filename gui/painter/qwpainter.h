@@ -165,7 +165,7 @@ private:
     void drawBeatGrid(QPainter& painter, const GraphScale& scale, const GraphOptions& options);
     void drawTrouble(QPainter& painter) const;
     void drawCurves(const CurveScene& scene);
-    void drawCursor(QPainter& painter, const GraphScale& scale) const;
+    void drawCursor(QPainter& painter, const GraphScale& scale);
     void holdScroll();
     void drawCountIn(QPainter& painter) const;
 
@@ -203,7 +203,7 @@ private:
     int m_currentArea = -1;
     AreaColors m_areaColors; ///< of m_colorAreas, as of this paint
     ShiniIcons m_shiniIcons;
-    LabelCache m_labels; ///< of the grid
+    LabelCache m_labels; ///< of grid and cursor
     WaveBars m_waveBars;
     CurveLayer m_secondaryLayer;
     CurveLayer m_mainLayer;

@@ -172,11 +172,16 @@ void QWPainter::drawCurves(const CurveScene& scene) {
     const auto secondary = m_training.activatedMode() == ModelActivatedMode::Looper
                                ? std::nullopt
                                : extractOf(*m_secondaryCurve);
+    // The tag number of a low graph may reach up to the strips.
+    std::optional<QColor> ground;
+    if (m_tagNumber == 0) {
+        ground = palette().color(QPalette::Window);
+    }
     if (secondary) {
-        drawSoundStrip(scene, *secondary);
+        drawSoundStrip(scene, *secondary, ground);
     }
     if (main) {
-        drawSoundStrip(scene, *main);
+        drawSoundStrip(scene, *main, secondary ? std::nullopt : ground);
     }
     if (secondary) {
         m_secondaryLayer.draw(scene, *secondary,
@@ -189,7 +194,7 @@ void QWPainter::drawCurves(const CurveScene& scene) {
     }
 }
 
-void QWPainter::drawCursor(QPainter& painter, const GraphScale& scale) const {
+void QWPainter::drawCursor(QPainter& painter, const GraphScale& scale) {
     const int x = truncated(scale.mapX(m_cursorTime));
     if (x < -captionReach || x > width() + captionReach) {
         return;
@@ -200,10 +205,18 @@ void QWPainter::drawCursor(QPainter& painter, const GraphScale& scale) const {
     painter.drawLine(QLineF(x + 0.5, m_layout.plotTop, x + 0.5, bottom)); // the middle of the column
     painter.setRenderHint(QPainter::Antialiasing, true);
 
+    // Beats and hundredths, each of them laid out before: the whole is another text in every frame.
     const TextStyle style(painter, ModelGraph::CURRENT);
-    painter.drawText(QRect(x - captionReach, bottom, 2 * captionReach, m_layout.labelBottom - bottom),
-                     Qt::AlignHCenter | Qt::AlignBottom | Qt::AlignVCenter,
-                     cursorBeat(m_cursorTime, sampleRate(), m_training.bpmEffective()));
+    const QString text = cursorBeat(m_cursorTime, sampleRate(), m_training.bpmEffective());
+    const qsizetype point = text.indexOf(u'.');
+    const QString beats = point < 0 ? text : text.first(point);
+    const QString hundredths = point < 0 ? QString() : text.sliced(point);
+    const double beatsWidth = m_labels.width(painter, beats);
+    const double left = x - (beatsWidth + m_labels.width(painter, hundredths)) / 2.0;
+    const auto flags = Qt::AlignLeft | Qt::AlignBottom;
+    const double height = m_layout.labelBottom - bottom;
+    m_labels.draw(painter, QRectF(left, bottom, captionReach, height), flags, beats);
+    m_labels.draw(painter, QRectF(left + beatsWidth, bottom, captionReach, height), flags, hundredths);
 }
 
 void QWPainter::holdScroll() {

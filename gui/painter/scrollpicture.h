@@ -8,8 +8,7 @@
 #include <vector>
 
 /// A transparent picture that moves to the left by whole pixels without being copied. It is made of upright
-/// tiles, narrow enough for the lines of a curve to be drawn within the processor's cache: what has left at
-/// the left edge is emptied and comes in again at the right one.
+/// tiles: what has left at the left edge is emptied and comes in again at the right one.
 class ScrollPicture {
 public:
     QSize size() const { return m_size; }
@@ -25,7 +24,7 @@ public:
     void paintTo(QPainter& painter) const;
 
 private:
-    static constexpr int tileWidth = 128;
+    static constexpr int tileWidth = 256;
 
     struct Tile {
         QImage image;

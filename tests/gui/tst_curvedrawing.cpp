@@ -208,7 +208,7 @@ private Q_SLOTS:
             QVERIFY(strokesOf(store, {0, 199}, look).empty());
             const QImage strip = withScene(store, {0, 199}, look,
                                            [](const CurveScene& scene, const CurveExtract& curve, auto&&) {
-                                               drawSoundStrip(scene, curve);
+                                               drawSoundStrip(scene, curve, std::nullopt);
                                            });
             QImage wanted = blackPicture();
             QPainter(&wanted).fillRect(QRect(QPoint(46, 27), QPoint(245, 30)), QColor(0, 255, 0, 100));
