@@ -89,12 +89,13 @@ struct BenchGraph {
         point.pitch = 1.0;
         for (; end + step <= time; end += step) {
             point.time = end + step;
+            point.position = position(point.time);
             if (coloured) {
                 point.soundOn = std::fmod(point.time / step, 20.0) < 17.0 ? 1 : 0;
-                point.rawAngle = std::fmod(point.time / step * 7.0, 360.0);
+                // A turn is 1800 units, and the hand drifts through all colours.
+                point.rawAngle = std::fmod(360.0 + point.position * 0.2 + point.time / step * 0.25, 360.0);
                 point.angle = point.rawAngle;
             }
-            point.position = position(point.time);
             main.append(point);
         }
         main.prepare();

@@ -1,6 +1,7 @@
 #include "curvedrawing.h"
 
 #include "curvecolor.h"
+#include "devicepixels.h"
 #include "soundstrip.h"
 
 #include <algorithm>
@@ -62,7 +63,10 @@ CurveStrokes CurveDrawing::strokes(const CurveScene& scene, const CurveExtract& 
 void drawSoundStrip(const CurveScene& scene, const CurveExtract& curve, const std::optional<QColor>& ground) {
     const QColor strip = stripColor(curve.item);
     const QColor color = ground ? laidOver(strip, *ground) : strip;
+    // On whole device pixels neighbours meet without a seam.
+    const DevicePixels device(scene.painter);
+    const OnDevicePixels onPixels(scene.painter);
     for (const QRect& bar : soundStrip(curve.points, curve.stretch, scene.scale, curve.item)) {
-        scene.painter.fillRect(bar, color);
+        scene.painter.fillRect(device.pixels(bar), color);
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPainter>
+#include <QRectF>
 #include <QTransform>
 
 #include <algorithm>
@@ -18,6 +19,18 @@ public:
     /// The border between two device pixels that lies next to a coordinate of the painter.
     double nearestX(double x) const { return nearest(x, m_transform.m11(), m_transform.dx()); }
     double nearestY(double y) const { return nearest(y, m_transform.m22(), m_transform.dy()); }
+
+    /// The rectangle with each of its edges on such a border.
+    QRectF nearest(const QRectF& rect) const {
+        return {QPointF(nearestX(rect.left()), nearestY(rect.top())),
+                QPointF(nearestX(rect.right()), nearestY(rect.bottom()))};
+    }
+
+    /// The device pixels of that rectangle, counted as OnDevicePixels does.
+    QRect pixels(const QRectF& rect) const {
+        const QRectF edges = nearest(rect);
+        return {(edges.topLeft() * ratio() + fraction()).toPoint(), (edges.size() * ratio()).toSize()};
+    }
 
     /// The whole device pixels that a line of that width covers, in the painter's coordinates: where they
     /// start and how many pixels they take. A line is never thinner than one of them.

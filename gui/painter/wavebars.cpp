@@ -5,15 +5,6 @@
 #include <algorithm>
 #include <cmath>
 
-QRect WaveBars::devicePixels(const QPainter& painter, const QRectF& bar) {
-    const DevicePixels device(painter);
-    const QPointF corner(device.nearestX(bar.left()), device.nearestY(bar.top()));
-    const QSizeF size(device.nearestX(bar.right()) - corner.x(), device.nearestY(bar.bottom()) - corner.y());
-    const double ratio = device.ratio();
-    return {QPoint(int(std::lround(corner.x() * ratio)), int(std::lround(corner.y() * ratio))),
-            QSize(int(std::lround(size.width() * ratio)), int(std::lround(size.height() * ratio)))};
-}
-
 const QPixmap& WaveBars::scaled(const QImage& wave, QSize size, bool upright) {
     if (m_wave != wave.cacheKey() || m_pixmap.size() != size || m_upright != upright) {
         const QImage turned = upright ? wave.transformed(QTransform().rotate(-90.0)) : wave;
@@ -26,7 +17,7 @@ const QPixmap& WaveBars::scaled(const QImage& wave, QSize size, bool upright) {
 }
 
 void WaveBars::drawUpright(QPainter& painter, const QImage& wave, const QRectF& bar) {
-    const QRect pixels = devicePixels(painter, bar);
+    const QRect pixels = DevicePixels(painter).pixels(bar);
     if (wave.isNull() || pixels.isEmpty()) {
         return;
     }
@@ -35,7 +26,7 @@ void WaveBars::drawUpright(QPainter& painter, const QImage& wave, const QRectF& 
 }
 
 void WaveBars::drawSplit(QPainter& painter, const QImage& wave, const QRectF& bar, double split) {
-    const QRect pixels = devicePixels(painter, bar);
+    const QRect pixels = DevicePixels(painter).pixels(bar);
     if (wave.isNull() || pixels.isEmpty()) {
         return;
     }

@@ -17,8 +17,6 @@ public:
     unsigned scalings() const { return m_scalings; }
 
 private:
-    /// The bar's device pixels; empty for a bar without any.
-    static QRect devicePixels(const QPainter& painter, const QRectF& bar);
     const QPixmap& scaled(const QImage& wave, QSize size, bool upright);
 
     QPixmap m_pixmap;
