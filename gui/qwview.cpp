@@ -64,8 +64,7 @@ QWView::QWView(CurvePointStore& mainA, CurvePointStore& secondaryA, CurvePointSt
     connect(shared.mode(), &Mode::s_ModeDisplayChanged, this, &QWView::s_UpdateMode);
     for (QWPainter* graph : {m_painterDeckA, m_painterDeckB}) {
         connect(&setting, &Setting::s_updateStyle, graph, &QWPainter::initIcon);
-        connect(shared.mode(), &Mode::s_ModeDisplayChanged, graph, &QWPainter::refreshVariable);
-        connect(shared.mode(), &Mode::s_ModeDisplayChanged, graph, &QWPainter::initGraph);
+        connect(shared.mode(), &Mode::s_ModeDisplayChanged, graph, &QWPainter::displayChanged);
         connect(graph, &QWPainter::s_PressRightButton, this, &QWView::contectGraphShow);
     }
     if (window() != this) {

@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QRegularExpressionValidator>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -31,6 +32,9 @@ SaveColorPhrasing::SaveColorPhrasing(ModelGraph::EnumGraph deck, QWidget* parent
     m_save->describe(tr("Save"));
     m_close->describe(tr("Close"));
     m_fileName->setFocus();
+    // A bare name: the file belongs into the folder of the colour menu.
+    m_fileName->setValidator(
+        new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[^/\\\\]*")), m_fileName));
     connect(m_fileName, &QLineEdit::returnPressed, this, &SaveColorPhrasing::save);
     connect(m_save, &QBPush::s_push, this, &SaveColorPhrasing::save);
     connect(m_close, &QBPush::s_push, this, &QDialog::reject);

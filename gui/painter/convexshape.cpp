@@ -21,6 +21,12 @@ std::uint32_t coverage(double distance) {
     return std::uint32_t(std::clamp(0.5 - distance, 0.0, 1.0) * 255.0 + 0.5);
 }
 
+// A place that whole numbers can hold; what is no number isn't one.
+bool drawable(QPointF corner) {
+    constexpr double farthest = 1e6;
+    return std::abs(corner.x()) <= farthest && std::abs(corner.y()) <= farthest;
+}
+
 void blend(std::uint32_t& pixel, std::uint32_t color, std::uint32_t part) {
     if (part == 255U) {
         pixel = PixelBlend::over(pixel, color);
@@ -34,6 +40,9 @@ void blend(std::uint32_t& pixel, std::uint32_t color, std::uint32_t part) {
 void drawConvexShape(const CapsuleTarget& target, std::span<const QPointF> corners, QRgb fill, QRgb outline,
                      double outlineWidth) {
     const std::size_t count = std::min(corners.size(), maxCorners);
+    if (!std::all_of(corners.begin(), corners.end(), drawable)) {
+        return;
+    }
     std::array<Edge, maxCorners> edges{};
     double top = corners[0].y();
     double bottom = top;

@@ -9,9 +9,9 @@
 
 namespace {
 
-// How many pixels make a whole number of device pixels; 0 for more than 4.
-int phasesOf(double ratio) {
-    for (int phases = 1; phases <= 4; ++phases) {
+// How many pixels make a whole number of device pixels; 0 for more than `most`.
+int phasesOf(double ratio, int most) {
+    for (int phases = 1; phases <= most; ++phases) {
         if (std::abs(ratio * phases - std::round(ratio * phases)) < 1e-9) {
             return phases;
         }
@@ -43,7 +43,8 @@ Capsule CurveLayer::Device::placed(const Capsule& capsule) const {
 bool CurveLayer::Key::fits(const Key& other) const {
     return device == other.device && scale.movedFrom(other.scale) && options == other.options &&
            display == other.display && item == other.item && offset == other.offset &&
-           stride == other.stride && front == other.front && colors == other.colors;
+           stride == other.stride && front == other.front && generation == other.generation &&
+           colors == other.colors;
 }
 
 void CurveLayer::forget() {
@@ -78,7 +79,7 @@ void CurveLayer::draw(const CurveScene& scene, const CurveExtract& curve, double
                         {int(std::ceil((scene.view.right() + reach) * ratio)) + 1,
                          int(std::ceil(scene.view.bottom() * ratio)) + 1}};
     if (line->lastChosen()) {
-        const int phases = phasesOf(ratio);
+        const int phases = phasesOf(ratio, maxPhases);
         const double seam = roundedUp(line->column(line->walk().start) + reach, std::max(phases, 1));
         const std::int64_t phase = phases > 0 ? scene.scale.anchor() % phases : 0;
         Picture& picture = m_pictures[std::size_t(phase < 0 ? phase + phases : phase)];
@@ -87,7 +88,7 @@ void CurveLayer::draw(const CurveScene& scene, const CurveExtract& curve, double
         } else {
             update(picture,
                    {device, scene.scale, scene.options, scene.display, curve.item, offset,
-                    line->walk().stride, &curve.points.front(), m_colors},
+                    line->walk().stride, &curve.points.front(), curve.generation, m_colors},
                    scene, curve, *line);
             drawEntry(picture, device, scene, curve, *line, seam);
         }

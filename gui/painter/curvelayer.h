@@ -43,7 +43,8 @@ private:
         double offset;
         std::size_t stride;
         const CurvePoint* front;
-        unsigned colors; ///< m_colors
+        std::uint64_t generation; ///< of the points
+        unsigned colors;          ///< m_colors
         bool fits(const Key& other) const;
     };
     struct Picture {
@@ -53,7 +54,7 @@ private:
         CurvePoint first; ///< the curve's first point and the last drawn one: an amended curve differs
         CurvePoint last;
     };
-    static constexpr int maxPhases = 4;
+    static constexpr int maxPhases = 5;
 
     void noteColors(const CurveScene& scene);
     /// Brings the picture up to date, all but what lies left of the seam.

@@ -11,6 +11,7 @@
 #include <QPainter>
 #include <QRectF>
 
+#include <cstdint>
 #include <span>
 
 class AreaColors;
@@ -34,4 +35,5 @@ struct CurveExtract {
     ModelGraph::EnumGraph item = ModelGraph::NOT_USED;
     CurvePointStore::View points;
     CurveStretch stretch;
+    std::uint64_t generation = 0; ///< of the points: another one after they were emptied or changed
 };

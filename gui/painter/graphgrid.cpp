@@ -184,8 +184,11 @@ void drawLabels(QPainter& painter, const GridScene& scene, const std::vector<Bea
                           Qt::AlignHCenter | Qt::AlignTop | Qt::AlignVCenter, beat.text);
     }
     for (const ValueLine& value : values) {
+        // One that is too long for its place goes on to the right: without its first digits it would be
+        // wrong.
+        const bool fits = scene.labels.width(painter, value.text) <= valueRight;
         scene.labels.draw(painter, QRectF(0, value.y - valueReach, valueRight, 2 * valueReach),
-                          Qt::AlignRight | Qt::AlignVCenter, value.text);
+                          (fits ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter, value.text);
     }
 }
 

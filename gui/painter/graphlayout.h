@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 /// Where things stand on a graph, in pixels of the widget. The names follow the picture from top to bottom:
 /// sound strip and direct wave, the plot, then the captions or the wave bar.
 struct GraphLayout {
@@ -37,4 +39,20 @@ struct GraphLayout {
         layout.labelBottom = h + 1 - layout.bottomMargin + 20;
         return layout;
     }
+
+    static constexpr double lowestPlot = 60.0; ///< below that nothing can be read
+
+    /// The same for a graph that may be too low for all of it: first the direct wave goes, then the bar.
+    static GraphLayout fitting(int width, int height, bool waveBar, bool directWave) {
+        for (const auto& [bar, direct] :
+             {std::pair{waveBar, directWave}, std::pair{waveBar, false}, std::pair{false, false}}) {
+            const GraphLayout layout = of(width, height, bar, direct);
+            if (layout.plotHeight >= lowestPlot) {
+                return layout;
+            }
+        }
+        return of(width, height, waveBar, directWave);
+    }
+    bool hasWaveBar() const { return bottomMargin == 120; }
+    bool hasDirectWave() const { return directWaveHeight > 0.0; }
 };

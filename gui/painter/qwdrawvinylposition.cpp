@@ -284,6 +284,8 @@ void QWDrawVinylPosition::drawAreaName(QPainter& painter, ModelGraph::EnumGraph 
     font.setItalic(true);
     painter.setFont(font);
     painter.setPen(curveColorInArea(item, area->color()));
-    m_names.draw(painter, QRect(QPoint(45, top), QPoint(625, top + 40)), Qt::AlignLeft, area->label());
+    const QRect place(QPoint(45, top), QPoint(625, top + 40));
+    painter.setClipRect(place, Qt::IntersectClip);
+    m_names.draw(painter, place, Qt::AlignLeft, area->label());
     painter.restore();
 }

@@ -96,8 +96,9 @@ void QWPainter::resizeEvent(QResizeEvent* event) {
 
 void QWPainter::refreshVariable() {
     const bool wave = m_wavePainter->hasWave();
-    m_layout = GraphLayout::of(width(), height(), wave && m_mode.displayMode() == ModelDisplay::NORMAL,
-                               wave && m_optionCache.options().directSound);
+    const bool bar = wave && m_mode.displayMode() == ModelDisplay::NORMAL;
+    const bool direct = wave && m_optionCache.options().directSound;
+    m_layout = GraphLayout::fitting(width(), height(), bar, direct);
 }
 
 void QWPainter::initGraph() {
@@ -123,6 +124,15 @@ void QWPainter::initIcon() {
     m_logo = QPixmap();
     m_shiniIcons.load();
     update();
+}
+
+void QWPainter::displayChanged() {
+    refreshVariable();
+    if (m_mode.modeRun()) {
+        m_y = initialYRange(m_y, m_mode.displayMode());
+    } else {
+        initGraph();
+    }
 }
 
 void QWPainter::initStart() {
@@ -222,6 +232,10 @@ void QWPainter::showCountIn(int count) {
     m_countIn.show(count);
     m_countInTimer.start();
     update();
+}
+
+bool QWPainter::recordMoves() const {
+    return !m_mainCurve->points().empty() && !recordStandsStill();
 }
 
 bool QWPainter::recordStandsStill() const {

@@ -69,6 +69,8 @@ public:
     void setCompanion(const QWPainter* other) { m_companion = other; }
     /// Whether the deck's record has stood still for 0.2 s.
     bool recordStandsStill() const;
+    /// Whether there is a record, and it hasn't stood still that long.
+    bool recordMoves() const;
 
 Q_SIGNALS:
     void s_Resize();
@@ -99,6 +101,9 @@ public Q_SLOTS:
     /// Loads the pictures that depend on the style.
     void initIcon();
     void initStart();
+    /// The graph plots something else. During a session that changes what is seen and nothing more: a new
+    /// start would empty the take's curve.
+    void displayChanged();
     /// Fits the x range to all data.
     void modeAutoresize();
     /// Widens the two to the curve's first and last time; 0 and 0 are no range yet.

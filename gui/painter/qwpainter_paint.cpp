@@ -42,13 +42,13 @@ std::optional<GraphRange> extremesOf(QCurve& curve, const GraphRange& x) {
     return found ? std::optional(extremes) : std::nullopt;
 }
 
-std::optional<CurveExtract> extractOf(const QCurve& curve) {
+std::optional<CurveExtract> extractOf(QCurve& curve) {
     const CurvePointStore::View points = curve.points();
     const auto stretch = curveStretch(points, curve.firstVisible(), curve.lastVisible());
     if (!stretch) {
         return std::nullopt;
     }
-    return CurveExtract{curve.graphName(), points, *stretch};
+    return CurveExtract{curve.graphName(), points, *stretch, curve.store().generation()};
 }
 
 } // namespace
@@ -77,7 +77,8 @@ void QWPainter::paintEvent(QPaintEvent*) {
     drawTrouble(painter);
     m_areaColors.update(m_colorAreas->listPhrasing());
     drawCurves({painter, scale, options, QRectF(rect()), m_mode.displayMode(), &m_areaColors,
-                m_wavePainter->wavePairs(), &m_shiniIcons, m_mode.modeReverse()});
+                m_layout.hasDirectWave() ? m_wavePainter->wavePairs() : std::span<const WavePair>(),
+                &m_shiniIcons, m_mode.modeReverse()});
     drawCursor(painter, scale);
     if (options.vinylPosition) {
         m_vinylPosition->draw(painter, m_cursorTime, options.vinylColorRotation);
@@ -220,8 +221,11 @@ void QWPainter::drawCursor(QPainter& painter, const GraphScale& scale) {
 }
 
 void QWPainter::holdScroll() {
-    const bool otherMoves =
-        m_companion != nullptr && !m_companion->isHidden() && !m_companion->recordStandsStill();
+    const bool beside = m_companion != nullptr && !m_companion->isHidden();
+    if (beside && m_mainCurve->points().empty() && !m_companion->mainCurve()->points().empty()) {
+        return; // no record on this deck: the other graph decides
+    }
+    const bool otherMoves = beside && m_companion->recordMoves();
     if (m_mode.modeHold() && recordStandsStill() && !otherMoves) {
         m_mode.modeGraphicScrollStop_on();
     } else {

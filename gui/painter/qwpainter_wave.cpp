@@ -30,6 +30,9 @@ void QWPainter::drawWave(QPainter& painter) {
     const CurvePoint main = needleAt(*m_mainCurve, m_cursorTime, m_mode.modeRun());
     switch (m_mode.displayMode()) {
     case ModelDisplay::NORMAL:
+        if (!m_layout.hasWaveBar()) {
+            break; // too low a graph
+        }
         // Bar and marker of the live curve cover those of the reference.
         m_waveBars.drawSplit(painter, m_wavePainter->fullWaveImage(), waveBar(m_layout),
                              waveBarSplit(main.angle));

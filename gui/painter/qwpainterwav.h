@@ -26,14 +26,22 @@ public:
     const std::vector<WaveSegment>& segments() const { return m_segments; }
     /// Null without a wave.
     const QImage& fullWaveImage() const { return m_fullWaveImage; }
-    /// That of the area at this place in the list; a null image for any other place.
-    const QImage& areaWaveImage(int index) const;
+    /// That of the area at this place in the list; a null image for any other place. The pictures of the
+    /// first `maxAreaImages` are kept, of the others only the one that was asked for last: a file may name
+    /// thousands of areas. Good until the next call.
+    const QImage& areaWaveImage(int index);
     std::span<const WavePair> wavePairs() const { return m_wavePairs; }
 
 private:
+    static constexpr std::size_t maxAreaImages = 64;
+    QImage areaPicture(std::size_t index) const;
+
     ModelGraph::EnumGraph m_deck;
     std::vector<WaveSegment> m_segments;
     QImage m_fullWaveImage;
     std::vector<QImage> m_areaWaveImages;
+    QImage m_lateImage; ///< of an area beyond the kept ones
+    std::size_t m_lateIndex = 0;
+    std::shared_ptr<const WaveData> m_wave;
     std::vector<WavePair> m_wavePairs;
 };

@@ -2,8 +2,11 @@
 
 #include "model/wholenumber.h"
 
+#include <algorithm>
+
 namespace {
 
+constexpr int farthest = 1'000'000; // pixels beyond any screen
 constexpr int bottom = 30;
 constexpr int closedTop = 27;
 constexpr int deckTop = 9;
@@ -21,7 +24,9 @@ int topOf(ModelGraph::EnumGraph item, bool soundOn) {
 std::vector<QRect> soundStrip(const CurvePointStore::View& points, CurveStretch stretch,
                               const GraphScale& scale, ModelGraph::EnumGraph item) {
     std::vector<QRect> bars;
-    const auto columnOf = [&](std::size_t i) { return truncated(scale.column(points[i].time)); };
+    const auto columnOf = [&](std::size_t i) {
+        return std::clamp(truncated(scale.column(points[i].time)), -farthest, farthest);
+    };
     const auto close = [&](int from, int to, bool soundOn) {
         if (from <= to) {
             bars.emplace_back(QPoint(from, topOf(item, soundOn)), QPoint(to, bottom));

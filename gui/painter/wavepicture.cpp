@@ -47,6 +47,18 @@ std::vector<Run> runsOf(std::int64_t first, std::int64_t end, const std::vector<
     return runs;
 }
 
+/// What that many bars let through.
+double letThrough(std::uint32_t bars) {
+    static const std::array<double, 64> table = [] {
+        std::array<double, 64> powers{};
+        for (std::size_t i = 0; i < powers.size(); ++i) {
+            powers[i] = std::pow(1.0 - opacity, double(i));
+        }
+        return powers;
+    }();
+    return bars < table.size() ? table[bars] : 0.0; // less than any colour can show
+}
+
 /// One column of the picture, from the middle outwards: above and below it is the same.
 class Column {
 public:
@@ -67,19 +79,23 @@ public:
         std::uint32_t covering = 0;
         for (int row = rows - 1; row >= 0; --row) {
             covering += reaching[std::size_t(row) + 1];
-            const double left = std::pow(1.0 - opacity, covering) * through[std::size_t(row)];
+            const double left = letThrough(covering) * through[std::size_t(row)];
+            if (left == 1.0) {
+                continue;
+            }
             Pixel& pixel = m_pixels[std::size_t(row)];
             pixel.red = mixed(pixel.red, qRed(color), left);
             pixel.green = mixed(pixel.green, qGreen(color), left);
             pixel.blue = mixed(pixel.blue, qBlue(color), left);
         }
     }
-    void store(QImage& image, int x) const {
+    /// `pixels`: of the picture's first column, `stride` from row to row.
+    void store(QRgb* pixels, std::ptrdiff_t stride, int x) const {
         for (int row = 0; row < rows; ++row) {
             const Pixel& pixel = m_pixels[std::size_t(row)];
             const QRgb rgb = qRgb(qRound(pixel.red), qRound(pixel.green), qRound(pixel.blue));
-            image.setPixel(x, rows - 1 - row, rgb);
-            image.setPixel(x, rows + row, rgb);
+            pixels[(rows - 1 - row) * stride + x] = rgb;
+            pixels[(rows + row) * stride + x] = rgb;
         }
     }
 
@@ -107,6 +123,8 @@ std::int64_t columnEnd(std::int64_t column, std::int64_t samples) {
 void fill(QImage& image, std::span<const std::int16_t> samples, const std::vector<Run>& runs, double factor) {
     const std::int64_t origin = runs.front().first;
     const std::int64_t count = runs.back().end - origin;
+    auto* pixels = reinterpret_cast<QRgb*>(image.bits());
+    const std::ptrdiff_t stride = image.bytesPerLine() / 4;
     auto run = runs.begin();
     for (int x = 0; x < wavePictureWidth; ++x) {
         const std::int64_t end = origin + columnEnd(x, count);
@@ -118,7 +136,7 @@ void fill(QImage& image, std::span<const std::int16_t> samples, const std::vecto
             column.add(samples.subspan(std::size_t(at), std::size_t(stop - at)), factor, run->color);
             at = stop;
         }
-        column.store(image, x);
+        column.store(pixels, stride, x);
     }
 }
 
@@ -167,7 +185,9 @@ std::vector<WavePair> wavePairs(std::span<const std::int16_t> samples, double fa
     }
     pairs.reserve(wavePictureWidth);
     for (int x = 0; x < wavePictureWidth; ++x) {
-        const double amp = std::abs(double(samples[std::size_t(columnEnd(x, count) - 1)]) * factor);
+        // Only a constant wave, which isn't scaled, would reach further.
+        const double amp = std::min(std::abs(double(samples[std::size_t(columnEnd(x, count) - 1)]) * factor),
+                                    double(wavePictureHeight));
         pairs.emplace_back(-amp, amp);
     }
     return pairs;

@@ -205,6 +205,21 @@ private Q_SLOTS:
         });
         QCOMPARE(screen.layered(layer, store, scale), screen.fromScratch(store, scale));
     }
+    // First and last points are those of before.
+    void aCurveThatWasEmptiedBetweenTwoPicturesIsDrawnAnew() {
+        const Screen screen;
+        CurvePointStore store;
+        addPoints(store, 6000, pointStep, scratch);
+        CurveLayer layer;
+        const GraphScale scale = scaleAt(390000.0);
+        screen.layered(layer, store, scale);
+        store.clear();
+        addPoints(store, 6000, pointStep, [](int i, CurvePoint& p) {
+            scratch(i, p);
+            p.position += i > 3000 && i < 5000 ? 300.0 : 0.0;
+        });
+        QCOMPARE(screen.layered(layer, store, scale), screen.fromScratch(store, scale));
+    }
     void anAmendedCurveIsDrawnAnew() {
         const Screen screen;
         CurvePointStore store;

@@ -44,6 +44,18 @@ private Q_SLOTS:
         QCOMPARE(layout.plotTop, 135);
         QCOMPARE(layout.plotHeight, 325.0);
     }
+    void aLowGraphGivesUpTheDirectWaveAndThenTheBar() {
+        QVERIFY(GraphLayout::fitting(1200, 500, true, true).hasDirectWave());
+        QVERIFY(GraphLayout::fitting(1200, 500, true, true).hasWaveBar());
+        const GraphLayout low = GraphLayout::fitting(1200, 250, true, true); // 5 pixels below zero with both
+        QVERIFY(!low.hasDirectWave());
+        QVERIFY(low.hasWaveBar());
+        QCOMPARE(low.plotHeight, 95.0);
+        const GraphLayout lower = GraphLayout::fitting(1200, 200, true, true);
+        QVERIFY(!lower.hasDirectWave() && !lower.hasWaveBar());
+        QCOMPARE(lower.plotHeight, 125.0);
+        QVERIFY(GraphLayout::fitting(1200, 60, true, true).plotHeight < 0.0); // nothing helps
+    }
     void theRangeFillsThePlot() {
         const GraphScale scale(plainLayout(), {1000.0, 3000.0}, {-50.0, 150.0}, false);
         QCOMPARE(scale.mapX(1000.0), 45.0);

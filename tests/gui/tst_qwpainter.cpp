@@ -386,6 +386,25 @@ private Q_SLOTS:
             QVERIFY(!mode().modeGraphicScrollStop());
         }
     }
+    void aDeckWithoutARecordHasNoSayInHold() {
+        mode().modeHold_on();
+        DeckGraph a(ModelGraph::INPUT_DECKA);
+        DeckGraph b(ModelGraph::INPUT_DECKB);
+        a.graph.setCompanion(&b.graph);
+        b.graph.setCompanion(&a.graph);
+        a.graph.show();
+        b.graph.show();
+        addPoints(a.main, 200, step, stillPoint);
+        for (QWPainter* graph : {&a.graph, &b.graph, &a.graph}) {
+            paint(*graph);
+            QVERIFY(mode().modeGraphicScrollStop());
+        }
+        addPoints(a.main, 1, step, movingPoint);
+        for (QWPainter* graph : {&a.graph, &b.graph}) {
+            paint(*graph);
+            QVERIFY(!mode().modeGraphicScrollStop());
+        }
+    }
     void aHiddenGraphHasNoSayInHold() {
         mode().modeHold_on();
         DeckGraph a(ModelGraph::INPUT_DECKA);

@@ -25,7 +25,7 @@ class TestQWPainterWav : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void atFirstThereIsNoWave() {
-        const QWPainterWav wav(ModelGraph::INPUT_DECKB);
+        QWPainterWav wav(ModelGraph::INPUT_DECKB);
         QCOMPARE(wav.deck(), ModelGraph::INPUT_DECKB);
         QVERIFY(!wav.hasWave());
         QVERIFY(wav.fullWaveImage().isNull());
@@ -52,6 +52,22 @@ private Q_SLOTS:
         wav.build(ramp(72000), twoAreas);
         QVERIFY(wav.areaWaveImage(-1).isNull());
         QVERIFY(wav.areaWaveImage(2).isNull());
+    }
+    // A file may name any number of areas: their pictures are made as they are shown.
+    void ofThousandsOfAreasEachHasItsPicture() {
+        QWPainterWav wav(ModelGraph::INPUT_DECKA);
+        const auto wave = ramp(72000);
+        std::vector<WaveSegment> segments;
+        for (int i = 0; i < 7000; ++i) {
+            segments.push_back({i * 10, i * 10 + 10, QColor(i % 256, 0, 0)});
+        }
+        wav.build(wave, segments);
+        for (const int i : {0, 63, 64, 65, 6999, 64}) {
+            const WaveSegment& segment = segments[std::size_t(i)];
+            QCOMPARE(wav.areaWaveImage(i), wavePicture(wave->samples(0), segment.first, segment.end,
+                                                       waveFactor(*wave), {}, segment.color));
+        }
+        QVERIFY(wav.areaWaveImage(7000).isNull());
     }
     void anEmptyWaveIsNone() {
         QWPainterWav wav(ModelGraph::INPUT_DECKA);

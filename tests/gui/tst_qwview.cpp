@@ -1,3 +1,4 @@
+#include "painter/yrange.h"
 #include "qwview.h"
 
 #include "button/qb2push.h"
@@ -372,6 +373,19 @@ private Q_SLOTS:
         QCOMPARE(told.count(), 1);
         QCOMPARE(startA.count(), 1);
         QCOMPARE(startB.count(), 1);
+    }
+    // A start would empty the curve of the take.
+    void duringASessionAnotherDisplayIsNoStart() {
+        Window w;
+        mode().modeRun_on();
+        QSignalSpy startA(w.view->painterDeckA(), &QWPainter::s_InitStart);
+        const GraphRange before = w.view->painterDeckA()->xRange();
+        const GraphRange y = w.view->painterDeckA()->yRange();
+        mode().setDisplayMode(ModelDisplay::PHRASING);
+        QCOMPARE(startA.count(), 0);
+        QCOMPARE(w.view->painterDeckA()->xRange(), before);
+        QCOMPARE(w.view->painterDeckA()->yRange(), initialYRange(y, ModelDisplay::PHRASING));
+        mode().modeRun_off();
     }
     void anotherRateChangesTheBeatAndTheRange() {
         plugIn();

@@ -82,6 +82,12 @@ private Q_SLOTS:
         QCOMPARE(dialog.result(), int(QDialog::Accepted));
         QCOMPARE(dialog.fileName(), QStringLiteral("my areas"));
     }
+    void aNameCantLeaveTheFolder() {
+        SaveColorPhrasing dialog(ModelGraph::INPUT_DECKA, nullptr);
+        dialog.show();
+        QTest::keyClicks(dialog.fileNameEdit(), QStringLiteral("../a\\b/c"));
+        QCOMPARE(dialog.fileNameEdit()->text(), QStringLiteral("..abc"));
+    }
     void closeAndEscapeReject() {
         for (const bool byKey : {true, false}) {
             SaveColorPhrasing dialog(ModelGraph::INPUT_DECKA, nullptr);

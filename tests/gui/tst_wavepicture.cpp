@@ -183,6 +183,10 @@ private Q_SLOTS:
             QCOMPARE(pairs[x], WavePair(-amp, amp));
         }
     }
+    void aConstantWaveHasPairsOfTheHeightAtMost() {
+        const std::vector<std::int16_t> wave(5000, 20000);
+        QCOMPARE(wavePairs(wave, 1.0)[1000], WavePair(-100.0, 100.0));
+    }
     void aShortWaveHasAPairForEachColumnToo() {
         const std::vector<std::int16_t> wave{10, 20, -30};
         const auto pairs = wavePairs(wave, 1.0);

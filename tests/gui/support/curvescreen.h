@@ -62,7 +62,8 @@ struct CurveScreen {
             --last;
         }
         const auto stretch = curveStretch(points, first, last);
-        return stretch ? std::optional(CurveExtract{ModelGraph::INPUT_DECKA, points, *stretch})
+        return stretch ? std::optional(
+                             CurveExtract{ModelGraph::INPUT_DECKA, points, *stretch, store.generation()})
                        : std::nullopt;
     }
 
