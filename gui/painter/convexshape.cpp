@@ -15,7 +15,34 @@ struct Edge {
     double a;
     double b;
     double c;
+    double beyond(double x, double y) const { return a * x + b * y - c; }
 };
+
+struct Columns {
+    int from;
+    int to; ///< behind the last
+};
+
+// The columns of a row that can have pixels within `distance` of all edges, or one too many at either end.
+Columns columnsWithin(std::span<const Edge> edges, double y, double distance, const CapsuleTarget& target) {
+    double left = target.left - target.shiftX;
+    double right = target.right - target.shiftX;
+    for (const Edge& edge : edges) {
+        const double rest = distance + edge.c - edge.b * y; // a x may reach it
+        if (std::abs(edge.a) < 1e-9) {
+            right = rest < 0.0 ? left : right;
+        } else if (edge.a > 0.0) {
+            right = std::min(right, rest / edge.a);
+        } else {
+            left = std::max(left, rest / edge.a);
+        }
+    }
+    if (!(left < right)) {
+        return {target.left, target.left};
+    }
+    return {std::max(int(std::floor(left)) + target.shiftX, target.left),
+            std::min(int(std::ceil(right)) + target.shiftX, target.right)};
+}
 
 std::uint32_t coverage(double distance) {
     return std::uint32_t(std::clamp(0.5 - distance, 0.0, 1.0) * 255.0 + 0.5);
@@ -59,39 +86,32 @@ void drawConvexShape(const CapsuleTarget& target, std::span<const QPointF> corne
     // A pointed corner reaches further than half the outline's width: the rows beyond are empty anyway.
     const double reach = outlineWidth / 2.0 + 0.5;
     const double room = 4.0 * reach;
+    const std::span<const Edge> planes(edges.data(), count);
     const int firstRow = std::max(int(std::floor(top - room)) + target.shiftY, target.top);
     const int endRow = std::min(int(std::ceil(bottom + room)) + target.shiftY, target.bottom);
     for (int row = firstRow; row < endRow; ++row) {
         const double y = row - target.shiftY + 0.5;
-        double left = target.left - target.shiftX;
-        double right = target.right - target.shiftX;
-        for (std::size_t i = 0; i < count; ++i) {
-            const Edge& edge = edges[i];
-            const double rest = reach + edge.c - edge.b * y; // a x may reach it
-            if (std::abs(edge.a) < 1e-9) {
-                right = rest < 0.0 ? left : right;
-            } else if (edge.a > 0.0) {
-                right = std::min(right, rest / edge.a);
-            } else {
-                left = std::max(left, rest / edge.a);
-            }
-        }
-        if (!(left < right)) {
-            continue;
-        }
+        const auto [from, to] = columnsWithin(planes, y, reach, target);
         std::uint32_t* pixels = target.pixels + row * target.stride;
-        const int end = std::min(int(std::ceil(right)) + target.shiftX, target.right);
-        for (int column = std::max(int(std::floor(left)) + target.shiftX, target.left); column < end;
-             ++column) {
-            const double x = column - target.shiftX + 0.5;
-            double distance = edges[0].a * x + edges[0].b * y - edges[0].c;
-            for (std::size_t i = 1; i < count; ++i) {
-                distance = std::max(distance, edges[i].a * x + edges[i].b * y - edges[i].c);
-            }
-            blend(pixels[column], fill, coverage(distance));
-            if (distance > -reach) {
+        const auto measure = [&](int first, int end) {
+            for (int column = first; column < end; ++column) {
+                const double x = column - target.shiftX + 0.5;
+                double distance = planes[0].beyond(x, y);
+                for (const Edge& edge : planes.subspan(1)) {
+                    distance = std::max(distance, edge.beyond(x, y));
+                }
+                blend(pixels[column], fill, coverage(distance));
                 blend(pixels[column], outline, coverage(std::abs(distance) - outlineWidth / 2.0));
             }
+        };
+        // Of most rows all but the ends lies so far inside that it is filled and nothing else.
+        auto [fullFrom, fullTo] = columnsWithin(planes, y, -reach, target);
+        fullFrom = std::clamp(fullFrom + 1, from, std::max(from, to));
+        fullTo = std::clamp(fullTo - 1, fullFrom, std::max(fullFrom, to));
+        measure(from, fullFrom);
+        for (int column = fullFrom; column < fullTo; ++column) {
+            blend(pixels[column], fill, 255U);
         }
+        measure(fullTo, to);
     }
 }

@@ -13,6 +13,7 @@
 
 #include "model/modelgraph.h"
 
+#include <QColor>
 #include <QPixmap>
 #include <QPoint>
 #include <QPointer>
@@ -202,7 +203,8 @@ private:
     quint64 m_lost = 0; ///< samples and points without room
     bool m_silent = false;
     QPixmap m_logoSource;
-    QPixmap m_logo; ///< the source at the size and the pixel ratio of this graph
+    QPixmap m_logo; ///< the source on its ground, at the size and the pixel ratio of this graph
+    QColor m_logoGround;
     QPointer<SaveColorPhrasing> m_saveDialogA;
     QPointer<SaveColorPhrasing> m_saveDialogB;
     int m_currentArea = -1;

@@ -125,8 +125,14 @@ void QWPainter::drawLogo(QPainter& painter) {
     const DevicePixels device(painter); // also of an image that the graph is rendered to
     const double room = m_layout.plotHeight - logoAbovePlotBottom; // a low graph has a small logo
     const int side = static_cast<int>(std::lround(std::clamp(room, 1.0, logoSide) * device.ratio()));
-    if (std::max(m_logo.width(), m_logo.height()) != side) {
-        m_logo = m_logoSource.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    const QColor ground = palette().color(QPalette::Window);
+    if (std::max(m_logo.width(), m_logo.height()) != side || m_logoGround != ground) {
+        // On its ground, which is all that lies below it: an opaque picture is laid down at once.
+        const QPixmap logo = m_logoSource.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        m_logo = QPixmap(logo.size());
+        m_logo.fill(ground);
+        QPainter(&m_logo).drawPixmap(0, 0, logo);
+        m_logoGround = ground;
     }
     const QPointF corner = QPointF(logoLeft, m_layout.plotBottom - logoAbovePlotBottom) * device.ratio();
     const OnDevicePixels onPixels(painter);
