@@ -11,6 +11,8 @@ set -euo pipefail
 preset=$1
 shift
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
+# What one clone has compiled another one needn't: no path of this clone counts.
+export CCACHE_BASEDIR="${CCACHE_BASEDIR:-$PWD}" CCACHE_NOHASHDIR="${CCACHE_NOHASHDIR:-1}"
 
 [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset" >&2
 cmake --build "build/$preset" -j "${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}" ${1:+--target "$@"} >&2
