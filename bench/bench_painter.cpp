@@ -10,9 +10,12 @@
 #include <QPainter>
 #include <QTemporaryDir>
 
+#include <algorithm>
+
 namespace {
 
-constexpr int shortTake = 5'000; // points
+constexpr double sampleRate = 48000.0; // frames a second
+constexpr int shortTake = 5'000;       // points
 constexpr int longTake = 5'000'000;
 
 /// The window jumps between two takes: nothing of one picture is of use for the next.
@@ -64,6 +67,29 @@ void repaintWhileFollowing(benchmark::State& state, Record kind, ModelDisplay::E
             state.ResumeTiming();
         }
     }
+}
+
+/// A session that has run for so many frames, with a point every 64 frames as a decoder gives them.
+void repaintAfter(benchmark::State& state, double frames) {
+    BenchGraph graph(Record::Coloured);
+    graph.step = 64.0;
+    for (double time = 0.0; time < frames; time += 1e8) {
+        graph.record(std::min(time, frames)); // a piece at a time: the store makes its room ahead
+    }
+    double cursor = frames;
+    graph.record(cursor);
+    graph.paintAt(cursor);
+    for (auto _ : state) {
+        cursor += framesPerTick;
+        graph.record(cursor);
+        graph.paintAt(cursor);
+    }
+}
+void firstMinute(benchmark::State& state) {
+    repaintAfter(state, 60.0 * sampleRate);
+}
+void afterFiveHours(benchmark::State& state) {
+    repaintAfter(state, 5.0 * 3600.0 * sampleRate);
 }
 
 void followingRepaint(benchmark::State& state) {
@@ -139,6 +165,8 @@ BENCHMARK(fullRepaintDrumming)->Unit(benchmark::kMicrosecond);
 BENCHMARK(followingRepaint)->Unit(benchmark::kMicrosecond);
 BENCHMARK(followingRepaintColoured)->Unit(benchmark::kMicrosecond);
 BENCHMARK(followingRepaintPhrasing)->Unit(benchmark::kMicrosecond);
+BENCHMARK(firstMinute)->Unit(benchmark::kMicrosecond);
+BENCHMARK(afterFiveHours)->Unit(benchmark::kMicrosecond);
 BENCHMARK(shortTakeRepaint)->Unit(benchmark::kMicrosecond);
 BENCHMARK(longTakeRepaint)->Unit(benchmark::kMicrosecond);
 BENCHMARK(emptyRepaint)->Unit(benchmark::kMicrosecond);
@@ -160,6 +188,7 @@ int main(int argc, char* argv[]) {
          {"repaint while following, one tick of 60", "followingRepaint", "blit", 2.5},
          {"the same with cuts and three colours", "followingRepaintColoured", "blit", 2.5},
          {"the same, phrasing", "followingRepaintPhrasing", "blit", 2.5},
+         {"the same after five hours against the first minute", "afterFiveHours", "firstMinute", 1.1},
          {"5,000,000 points in view against 5,000", "longTakeRepaint", "shortTakeRepaint", 1.5},
          {"repaint without a curve", "emptyRepaint", "blit"},
          {"a blit with an alpha channel", "blend", "blit"}});
