@@ -92,6 +92,7 @@ void Connection::actionSplashscreen() {
     auto* splash = new QSplashScreen(picture, Qt::WindowStaysOnTopHint);
     splash->show();
     QTimer::singleShot(splashMs, Qt::CoarseTimer, splash, &QObject::deleteLater);
+    connect(this, &QObject::destroyed, splash, [splash] { delete splash; }); // a run that is shorter still
 }
 
 void Connection::timerRunAllSound() {

@@ -156,6 +156,13 @@ private Q_SLOTS:
         QCOMPARE(order.size(), atStop);
     }
 
+    void aSplashGoesWithTheProgram() {
+        {
+            Session session;
+            QVERIFY(visibleSplashes() > 0);
+        }
+        QCOMPARE(visibleSplashes(), 0);
+    }
     void aSecondCallShowsASecondSplashForTwoSeconds() {
         Session session;
         QTRY_COMPARE_WITH_TIMEOUT(visibleSplashes(), 0, 6000);
