@@ -26,6 +26,7 @@ public:
 
     /// False if no server comes up within ten seconds.
     bool start() {
+        forgetDeadServers();
         qputenv("JACK_DEFAULT_SERVER", m_name.toUtf8());
         qputenv("JACK_NO_AUDIO_RESERVATION", "1");
         for (const QString& mode : {QStringLiteral("-R"), QStringLiteral("-r")}) {
@@ -86,6 +87,23 @@ private:
             QTest::qWait(50);
         }
         return false;
+    }
+
+    /// JACK's register of servers has eight places, and one that was killed keeps its own: after a few
+    /// crashes no server would start any more. While none runs the register is put away.
+    static void forgetDeadServers() {
+        const QDir processes(QStringLiteral("/proc"));
+        for (const QString& process : processes.entryList({QStringLiteral("[0-9]*")}, QDir::Dirs)) {
+            QFile name(processes.filePath(process + QStringLiteral("/comm")));
+            if (name.open(QIODevice::ReadOnly) && name.readAll().trimmed() == "jackd") {
+                return;
+            }
+        }
+        QDir memory(QStringLiteral("/dev/shm"));
+        for (const QString& file : memory.entryList({QStringLiteral("jack-*"), QStringLiteral("jack_*")},
+                                                    QDir::Files | QDir::System)) {
+            memory.remove(file);
+        }
     }
 
     QString m_name;
