@@ -18,20 +18,9 @@ constexpr double sampleRate = 48000.0; // frames a second
 constexpr int shortTake = 5'000;       // points
 constexpr int longTake = 5'000'000;
 
-/// The window jumps between two takes: nothing of one picture is of use for the next.
 void repaintFromScratch(benchmark::State& state, Record kind, ModelDisplay::EnumDisplay display) {
     BenchGraph graph(kind, display);
-    graph.record(graph.span);
-    const double first = graph.end;
-    graph.pause(2.0 * graph.span);
-    graph.record(graph.end + graph.span);
-    const double second = graph.end;
-    graph.paintAt(first);
-    bool other = true;
-    for (auto _ : state) {
-        graph.paintAt(other ? second : first);
-        other = !other;
-    }
+    graph.paintFromScratch(state);
 }
 
 void fullRepaint(benchmark::State& state) {

@@ -82,20 +82,9 @@ void following(benchmark::State& state) {
     }
 }
 
-/// The window jumps between two takes.
 void fromScratch(benchmark::State& state) {
     BenchGraph graph(Record::Plain, ModelDisplay::NORMAL, fewPoints);
-    graph.record(graph.span);
-    const double first = graph.end;
-    graph.pause(2.0 * graph.span);
-    graph.record(graph.end + graph.span);
-    const double second = graph.end;
-    graph.paintAt(first);
-    bool other = true;
-    for (auto _ : state) {
-        graph.paintAt(other ? second : first);
-        other = !other;
-    }
+    graph.paintFromScratch(state);
 }
 
 void otherFollowing(benchmark::State& state, Effort effort) {

@@ -10,6 +10,8 @@
 #include "state/singleton.h"
 #include "state/time.h"
 
+#include <benchmark/benchmark.h>
+
 #include <QCoreApplication>
 #include <QWindow>
 
@@ -103,6 +105,20 @@ struct BenchGraph {
     /// Leaves a stretch without points.
     void pause(double frames) { end += std::ceil(frames / step) * step; }
 
+    /// Jumps between two takes: nothing of one picture is of use for the next.
+    void paintFromScratch(benchmark::State& state) {
+        record(span);
+        const double first = end;
+        pause(2.0 * span);
+        record(end + span);
+        const double second = end;
+        paintAt(first);
+        bool other = true;
+        for (auto _ : state) {
+            paintAt(other ? second : first);
+            other = !other;
+        }
+    }
     void paintAt(double cursor) {
         Singleton::instance().time()->setCursor(ModelGraph::INPUT_DECKA, cursor);
         widget->repaint();

@@ -40,6 +40,14 @@ bool AngleLine::wrapsByDistance(const Vertex& from, const Vertex& to) const {
     return !(middle() > std::abs(from.pixel.y() - to.pixel.y()));
 }
 
+void AngleLine::connectByDistance(const Vertex& from, const Vertex& to, CurveStep& step) const {
+    if (wrapsByDistance(from, to)) {
+        addWrap(from, to, low(to.pixel), step);
+    } else {
+        addPlain(from, to, step);
+    }
+}
+
 void AngleLine::addWrap(const Vertex& from, const Vertex& to, bool forward, CurveStep& step) const {
     const QPointF top = topBetween(from, to);
     const QPointF bottom = bottomBetween(from, to);

@@ -24,6 +24,7 @@ protected:
     /// Without areas the distance tells a wrap from a stroke. It is held against where the middle of the plot
     /// lies in the widget, not against half its height.
     bool wrapsByDistance(const Vertex& from, const Vertex& to) const;
+    void connectByDistance(const Vertex& from, const Vertex& to, CurveStep& step) const;
     void addPlain(const Vertex& from, const Vertex& to, CurveStep& step) const {
         step.add(from.pixel, to.pixel, to.point);
     }

@@ -3,7 +3,6 @@
 #include "graphstyle.h"
 
 #include "model/modelgraph.h"
-#include "phrasing/qphrasing.h"
 
 #include <QColor>
 
@@ -25,9 +24,14 @@ inline QColor curveColor(ModelGraph::EnumGraph item) {
     }
 }
 
+/// Whether a curve is a reference, not what a hand does now.
+inline bool isReference(ModelGraph::EnumGraph item) {
+    return item == ModelGraph::INPUT_1 || item == ModelGraph::INPUT_2;
+}
+
 /// Colour of a curve in an area of that colour: a reference is lighter than the live curve.
 inline QColor curveColorInArea(ModelGraph::EnumGraph item, const QColor& area) {
-    if (item != ModelGraph::INPUT_1 && item != ModelGraph::INPUT_2) {
+    if (!isReference(item)) {
         return area;
     }
     const auto raised = [](int value) { return value < 205 ? value + 50 : value; };
@@ -47,11 +51,10 @@ inline QColor curvePointColor(ModelGraph::EnumGraph item, const std::optional<QC
     return curveColor(item);
 }
 
-/// The same with the area itself, null outside all areas.
-inline QColor curveColor(ModelGraph::EnumGraph item, const QPhrasing* area, bool deckHasAreas,
-                         bool noSoundGrey) {
-    return curvePointColor(item, area ? std::optional(area->color()) : std::nullopt, deckHasAreas,
-                           noSoundGrey);
+/// Colour of a curve's needle; `referenceAlpha` is that of a reference.
+inline QColor needleColor(ModelGraph::EnumGraph item, int referenceAlpha = 150) {
+    const bool deckA = item == ModelGraph::INPUT_DECKA || item == ModelGraph::INPUT_1;
+    return QColor(0, 255, deckA ? 0 : 255, isReference(item) ? referenceAlpha : 255);
 }
 
 /// Colour of a curve's sound strip.

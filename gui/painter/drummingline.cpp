@@ -10,11 +10,7 @@ double DrummingLine::markValue(const CurvePoint& point) const {
 
 void DrummingLine::connect(const Vertex& from, const Vertex& to, CurveStep& step) const {
     if (areas().empty()) {
-        if (wrapsByDistance(from, to)) {
-            addWrap(from, to, low(to.pixel), step);
-        } else {
-            addPlain(from, to, step);
-        }
+        connectByDistance(from, to, step);
         return;
     }
     const double before = reducedAngle(points()[from.point].rawAngle);

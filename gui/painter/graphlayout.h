@@ -5,6 +5,7 @@
 /// Where things stand on a graph, in pixels of the widget. The names follow the picture from top to bottom:
 /// sound strip and direct wave, the plot, then the captions or the wave bar.
 struct GraphLayout {
+    static constexpr int waveBarMargin = 120;  ///< below the plot, with the bar
     static constexpr double leftMargin = 45.0; ///< the plot starts here
 
     int bottomMargin = 0;
@@ -26,7 +27,7 @@ struct GraphLayout {
         const int w = width - 1;
         const int h = height - 1;
         GraphLayout layout;
-        layout.bottomMargin = waveBar ? 120 : 40;
+        layout.bottomMargin = waveBar ? waveBarMargin : 40;
         layout.directWaveHeight = directWave ? 100.0 : 0.0;
         layout.plotTop = directWave ? 135 : 35;
         layout.plotWidth = w - 44;
@@ -53,6 +54,6 @@ struct GraphLayout {
         }
         return of(width, height, waveBar, directWave);
     }
-    bool hasWaveBar() const { return bottomMargin == 120; }
+    bool hasWaveBar() const { return bottomMargin == waveBarMargin; }
     bool hasDirectWave() const { return directWaveHeight > 0.0; }
 };

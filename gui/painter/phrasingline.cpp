@@ -26,11 +26,7 @@ std::size_t PhrasingLine::standingPen(const Vertex& from, const Vertex& to) cons
 
 void PhrasingLine::connect(const Vertex& from, const Vertex& to, CurveStep& step) const {
     if (areas().empty()) {
-        if (wrapsByDistance(from, to)) {
-            addWrap(from, to, low(to.pixel), step);
-        } else {
-            addPlain(from, to, step);
-        }
+        connectByDistance(from, to, step);
         return;
     }
     const AreaColors::Area* before = areaOf(from.point);

@@ -106,19 +106,12 @@ void drawDiscMarks(const CapsuleTarget& target, double turn, double ratio) {
     }
 }
 
-bool isReference(ModelGraph::EnumGraph item) {
-    return item == ModelGraph::INPUT_1 || item == ModelGraph::INPUT_2;
-}
-
 // A part of a needle; `referenceAlpha` is that of a reference.
 void drawNeedle(const CapsuleTarget& target, ModelGraph::EnumGraph item, std::span<const QPointF> corners,
                 int referenceAlpha, const Placing& placing) {
-    const bool deckB = item == ModelGraph::INPUT_DECKB || item == ModelGraph::INPUT_2;
-    const bool reference = isReference(item);
     QColor outline = ground;
-    outline.setAlpha(reference ? 150 : 100);
-    drawShape(target, placing, corners, QColor(0, 255, deckB ? 255 : 0, reference ? referenceAlpha : 255),
-              outline);
+    outline.setAlpha(isReference(item) ? 150 : 100);
+    drawShape(target, placing, corners, needleColor(item, referenceAlpha), outline);
 }
 
 void drawBar(const CapsuleTarget& target, ModelGraph::EnumGraph item, const Placing& placing) {

@@ -1,6 +1,7 @@
 // The sample that the deck's areas were made for, behind the curves, and the needles in it.
 #include "qwpainter.h"
 
+#include "curvecolor.h"
 #include "devicepixels.h"
 #include "needle.h"
 #include "qwpainterwav.h"
@@ -16,7 +17,7 @@ namespace {
 
 void drawMarker(QPainter& painter, const QRectF& marker, ModelGraph::EnumGraph item) {
     painter.setPen(QPen(markerOutline, 1.0));
-    painter.setBrush(markerFill(item));
+    painter.setBrush(needleColor(item));
     painter.drawRect(DevicePixels(painter).nearest(marker));
     painter.setBrush(Qt::NoBrush);
 }

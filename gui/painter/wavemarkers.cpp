@@ -47,16 +47,3 @@ std::optional<QRectF> phrasingMarker(const GraphLayout& layout, const QRectF& si
 QRectF drummingMarker(const GraphLayout& layout, const QRectF& sideBar, double angle) {
     return sideMarker(layout, sideBar, angle, fullTurn);
 }
-
-QColor markerFill(ModelGraph::EnumGraph item) {
-    switch (item) {
-    case ModelGraph::INPUT_DECKA:
-        return QColor(0, 255, 0);
-    case ModelGraph::INPUT_DECKB:
-        return QColor(0, 255, 255);
-    case ModelGraph::INPUT_1:
-        return QColor(0, 255, 0, 150);
-    default:
-        return QColor(0, 255, 255, 150);
-    }
-}

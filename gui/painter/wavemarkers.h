@@ -3,8 +3,6 @@
 
 #include "graphlayout.h"
 
-#include "model/modelgraph.h"
-
 #include <QColor>
 #include <QRectF>
 
@@ -27,5 +25,4 @@ std::optional<QRectF> phrasingMarker(const GraphLayout& layout, const QRectF& si
 /// The needle in the side bar that shows the whole turn.
 QRectF drummingMarker(const GraphLayout& layout, const QRectF& sideBar, double angle);
 
-QColor markerFill(ModelGraph::EnumGraph item);
 inline const QColor markerOutline(43, 43, 43, 100);

@@ -1,3 +1,4 @@
+#include "painter/curvecolor.h"
 #include "painter/wavemarkers.h"
 
 #include <QTest>
@@ -55,10 +56,10 @@ private Q_SLOTS:
         QVERIFY(!phrasingMarker(angleLayout(), waveSideBar(angleLayout(), 1200), 90.0, 90.0, 0.0));
     }
     void eachCurveHasItsNeedle() {
-        QCOMPARE(markerFill(ModelGraph::INPUT_DECKA), QColor(0, 255, 0));
-        QCOMPARE(markerFill(ModelGraph::INPUT_DECKB), QColor(0, 255, 255));
-        QCOMPARE(markerFill(ModelGraph::INPUT_1), QColor(0, 255, 0, 150));
-        QCOMPARE(markerFill(ModelGraph::INPUT_2), QColor(0, 255, 255, 150));
+        QCOMPARE(needleColor(ModelGraph::INPUT_DECKA), QColor(0, 255, 0));
+        QCOMPARE(needleColor(ModelGraph::INPUT_DECKB), QColor(0, 255, 255));
+        QCOMPARE(needleColor(ModelGraph::INPUT_1), QColor(0, 255, 0, 150));
+        QCOMPARE(needleColor(ModelGraph::INPUT_2), QColor(0, 255, 255, 150));
         QCOMPARE(markerOutline, QColor(43, 43, 43, 100));
     }
 };
