@@ -26,7 +26,9 @@ public:
 
     /// False if no server comes up within ten seconds.
     bool start() {
-        forgetDeadServers();
+        // Once: from the first server on this process has the register mapped, and would go on with a deleted
+        // one.
+        [[maybe_unused]] static const bool forgotten = (forgetDeadServers(), true);
         qputenv("JACK_DEFAULT_SERVER", m_name.toUtf8());
         qputenv("JACK_NO_AUDIO_RESERVATION", "1");
         for (const QString& mode : {QStringLiteral("-R"), QStringLiteral("-r")}) {
