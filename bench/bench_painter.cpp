@@ -147,20 +147,20 @@ void blend(benchmark::State& state) {
     repaintPicture(state, QImage::Format_ARGB32_Premultiplied);
 }
 
-BENCHMARK(fullRepaint)->Unit(benchmark::kMicrosecond);
-BENCHMARK(fullRepaintColoured)->Unit(benchmark::kMicrosecond);
-BENCHMARK(fullRepaintPhrasing)->Unit(benchmark::kMicrosecond);
-BENCHMARK(fullRepaintDrumming)->Unit(benchmark::kMicrosecond);
-BENCHMARK(followingRepaint)->Unit(benchmark::kMicrosecond);
-BENCHMARK(followingRepaintColoured)->Unit(benchmark::kMicrosecond);
-BENCHMARK(followingRepaintPhrasing)->Unit(benchmark::kMicrosecond);
-BENCHMARK(firstMinute)->Unit(benchmark::kMicrosecond);
-BENCHMARK(afterFiveHours)->Unit(benchmark::kMicrosecond);
-BENCHMARK(shortTakeRepaint)->Unit(benchmark::kMicrosecond);
-BENCHMARK(longTakeRepaint)->Unit(benchmark::kMicrosecond);
-BENCHMARK(emptyRepaint)->Unit(benchmark::kMicrosecond);
-BENCHMARK(blit)->Unit(benchmark::kMicrosecond);
-BENCHMARK(blend)->Unit(benchmark::kMicrosecond);
+BENCHMARK(fullRepaint)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(fullRepaintColoured)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(fullRepaintPhrasing)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(fullRepaintDrumming)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(followingRepaint)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(followingRepaintColoured)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(followingRepaintPhrasing)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(firstMinute)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(afterFiveHours)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(shortTakeRepaint)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(longTakeRepaint)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(emptyRepaint)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(blit)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(blend)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
 
 } // namespace
 

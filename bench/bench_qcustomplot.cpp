@@ -160,20 +160,20 @@ void qcpFastTakeRough(benchmark::State& state) {
     otherTake(state, fast, Effort::Rough);
 }
 
-BENCHMARK(following)->Unit(benchmark::kMicrosecond);
-BENCHMARK(fromScratch)->Unit(benchmark::kMicrosecond);
-BENCHMARK(qcpFollowing)->Unit(benchmark::kMicrosecond);
-BENCHMARK(qcpFollowingSegments)->Unit(benchmark::kMicrosecond);
-BENCHMARK(qcpFollowingRough)->Unit(benchmark::kMicrosecond);
-BENCHMARK(slowTake)->Unit(benchmark::kMicrosecond);
-BENCHMARK(qcpSlowTake)->Unit(benchmark::kMicrosecond);
-BENCHMARK(qcpSlowTakeSegments)->Unit(benchmark::kMicrosecond);
-BENCHMARK(qcpSlowTakeRough)->Unit(benchmark::kMicrosecond);
-BENCHMARK(fastTake)->Unit(benchmark::kMicrosecond);
+BENCHMARK(following)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(fromScratch)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(qcpFollowing)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(qcpFollowingSegments)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(qcpFollowingRough)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(slowTake)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(qcpSlowTake)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(qcpSlowTakeSegments)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(qcpSlowTakeRough)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(fastTake)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
 // One replot takes many seconds.
-BENCHMARK(qcpFastTake)->Unit(benchmark::kMicrosecond)->Iterations(1)->Repetitions(2);
-BENCHMARK(qcpFastTakeSegments)->Unit(benchmark::kMicrosecond);
-BENCHMARK(qcpFastTakeRough)->Unit(benchmark::kMicrosecond);
+BENCHMARK(qcpFastTake)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond)->Iterations(1)->Repetitions(2);
+BENCHMARK(qcpFastTakeSegments)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(qcpFastTakeRough)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
 
 } // namespace
 

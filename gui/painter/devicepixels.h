@@ -8,7 +8,7 @@
 #include <cmath>
 
 /// How a painter's pixels lie on the pixels of its device, of which a screen at 125 % has five for four. The
-/// device may be scaled and moved, not turned. GUI thread.
+/// device may be scaled and moved, not turned.
 class DevicePixels {
 public:
     explicit DevicePixels(const QPainter& painter) : m_transform(painter.deviceTransform()) {}

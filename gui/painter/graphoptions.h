@@ -27,7 +27,7 @@ struct GraphOptions {
     static GraphOptions read(const Setting& setting);
 };
 
-/// The options, read anew only after a setting was written. GUI thread.
+/// The options, read anew only after a setting was written.
 class GraphOptionCache {
 public:
     explicit GraphOptionCache(const Setting& setting) : m_setting(setting) {}

@@ -5,8 +5,8 @@
 #include <QPainter>
 #include <QStaticText>
 
-/// Draws short texts that come back with every picture: each is laid out once, for the painter's font. GUI
-/// thread.
+/// Draws short texts that come back with every picture: each is laid out once, for the painter's font. It
+/// keeps fonts of the thread that draws, and is emptied there.
 class LabelCache {
 public:
     /// Writes in the painter's font and pen. `rect` and `flags` as for QPainter::drawText, but what doesn't

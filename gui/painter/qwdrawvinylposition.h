@@ -19,8 +19,7 @@ class RecordingLooperTraining;
 
 /// A picture of the record in the graph's upper left corner: the areas as slices, and a needle for each curve
 /// that shows where the record stands. It never shows by itself: the graph has it draw with its own painter.
-/// While nothing moves, a frame costs one small blit; what moves is drawn straight into the picture. GUI
-/// thread.
+/// While nothing moves, a frame costs one small blit; what moves is drawn straight into the picture.
 class QWDrawVinylPosition : public QWidget {
     Q_OBJECT
 public:
@@ -31,6 +30,8 @@ public:
     /// Where the records stand at `time` (frames); the main one where it is now, while a session runs.
     /// `rotate`: the slices turn and the main needle stays at the top, instead of the other way round.
     void draw(QPainter& painter, double time, bool rotate);
+    /// Lets go of the fonts of the thread that calls this.
+    void forgetNames() { m_names = {}; }
 
     /// How often the slices and the whole picture were built.
     unsigned discsBuilt() const { return m_discsBuilt; }

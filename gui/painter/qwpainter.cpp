@@ -53,7 +53,9 @@ QWPainter::QWPainter(ModelGraph::EnumGraph deckName, ModelGraph::EnumGraph secon
     , m_secondaryCurve(new QCurve(secondaryName, secondaryPoints, this))
     , m_mainCurve(new QCurve(deckName, mainPoints, this))
     , m_wavePainter(new QWPainterWav(deckName, this))
-    , m_vinylPosition(new QWDrawVinylPosition(m_mainCurve, m_secondaryCurve, m_colorAreas, this)) {
+    , m_vinylPosition(new QWDrawVinylPosition(m_mainCurve, m_secondaryCurve, m_colorAreas, this))
+    , m_drawing(deckName == ModelGraph::INPUT_DECKA ? QStringLiteral("drawing A")
+                                                    : QStringLiteral("drawing B")) {
     setObjectName(QStringLiteral("painter"));
     setAttribute(Qt::WA_OpaquePaintEvent); // every paint fills all of it
     m_countInTimer.setInterval(CountIn::tickMs);
@@ -68,6 +70,14 @@ QWPainter::QWPainter(ModelGraph::EnumGraph deckName, ModelGraph::EnumGraph secon
     initGraph();
     initIcon();
     retranslate();
+}
+
+QWPainter::~QWPainter() {
+    // Fonts belong to the thread that laid texts out with them.
+    m_drawing.start([this] {
+        m_labels = {};
+        m_vinylPosition->forgetNames();
+    });
 }
 
 double QWPainter::beatLength() const {
@@ -91,6 +101,7 @@ void QWPainter::changeEvent(QEvent* event) {
 
 void QWPainter::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
+    m_drawnAhead = false;
     refreshVariable();
 }
 
@@ -120,8 +131,9 @@ std::int64_t QWPainter::setXRange(FrameRange range) {
 void QWPainter::initIcon() {
     const bool red = m_setting.style() == enumText(ModelStyle::RedGuillotine);
     m_logoSource = pathIcon(red ? QStringLiteral("graphlogo/Logo - Gramo Works-WhiteDark - RedGuillotine.png")
-                                : QStringLiteral("graphlogo/Logo - Gramo Works-WhiteDark.png"));
-    m_logo = QPixmap();
+                                : QStringLiteral("graphlogo/Logo - Gramo Works-WhiteDark.png"))
+                       .toImage();
+    m_logo = QImage();
     m_shiniIcons.load();
     update();
 }
@@ -150,6 +162,8 @@ void QWPainter::refresh() {
     if (m_time.observeFrameCounter(m_deckName) == 0.0) {
         initStart();
     }
+    m_repaintDue = true;
+    m_drawnAhead = false;
     update();
 }
 

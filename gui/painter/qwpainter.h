@@ -3,23 +3,28 @@
 #include "areacolors.h"
 #include "countin.h"
 #include "curvelayer.h"
+#include "drawingthread.h"
 #include "graphlayout.h"
 #include "graphoptions.h"
 #include "graphscale.h"
 #include "labelcache.h"
 #include "shiniicons.h"
 #include "wavebars.h"
+#include "windowpart.h"
 #include "xrange.h"
 
 #include "model/modelgraph.h"
 
 #include <QColor>
-#include <QPixmap>
+#include <QImage>
 #include <QPoint>
 #include <QPointer>
 #include <QString>
 #include <QTimer>
 #include <QWidget>
+
+#include <memory>
+#include <optional>
 
 class Autoresize;
 class ManagePhrasing;
@@ -34,7 +39,8 @@ class Setting;
 class Time;
 
 /// The graph of one deck: what the hand does to the record, over time in sample frames of the deck, with the
-/// live curve above a reference. It repaints at the pulse of the display. GUI thread.
+/// live curve above a reference. It repaints at the pulse of the display. GUI thread; all that a frame shows
+/// is drawn on the graph's own thread, for which the GUI thread waits.
 class QWPainter : public QWidget {
     Q_OBJECT
 public:
@@ -43,6 +49,7 @@ public:
     /// `secondaryName` is the item of the reference. Both stores are emptied and must outlive the graph.
     QWPainter(ModelGraph::EnumGraph deckName, ModelGraph::EnumGraph secondaryName,
               CurvePointStore& mainPoints, CurvePointStore& secondaryPoints, QWidget* parent);
+    ~QWPainter() override;
 
     ModelGraph::EnumGraph deckName() const { return m_deckName; }
     QCurve* mainCurve() const { return m_mainCurve; }
@@ -60,14 +67,17 @@ public:
     int tagNumber() const { return m_tagNumber; }
     QString latencyText() const { return m_latencyText; }
     const CountIn& countIn() const { return m_countIn; }
+    /// How many of its frames were drawn at the same time as the companion's, in that one's paint.
+    unsigned drawnBeside() const { return m_drawnBeside; }
 
     /// Takes a range that is longer than a beat and shorter than 36000, and leaves the view where it is for
     /// any other. Returns the absolute span asked for.
     std::int64_t setXRange(FrameRange range);
     /// Shows the number over the graph, large at first; 0 ends the count.
     void showCountIn(int count);
-    /// The other deck's graph. While both can be seen, hold waits until both records stand still.
-    void setCompanion(const QWPainter* other) { m_companion = other; }
+    /// The other deck's graph, which lives as long. While both can be seen, hold waits until both records
+    /// stand still, and the pulse draws them at the same time.
+    void setCompanion(QWPainter* other) { m_companion = other; }
     /// Whether the deck's record has stood still for 0.2 s.
     bool recordStandsStill() const;
     /// Whether there is a record, and it hasn't stood still that long.
@@ -160,7 +170,14 @@ private:
     void followAreas();
     void saveToColorFile(ModelGraph::EnumGraph deck, QPointer<SaveColorPhrasing>& dialog);
 
-    // The steps of a paint, in their order.
+    // A paint: what is shown is decided on the GUI thread, which then waits for the graph's own one to draw.
+    void beginFrame();
+    void drawFrame(QPainter& painter);
+    std::optional<WindowPart> companionsPart() const;
+    void startDrawingOn(WindowPart part);
+    void finishDrawing();
+
+    // The steps of the two, in their order.
     bool followCursor();
     void collectExtremes();
     void chooseYRange();
@@ -172,8 +189,8 @@ private:
     void drawTrouble(QPainter& painter) const;
     void drawCurves(const CurveScene& scene);
     void drawCursor(QPainter& painter, const GraphScale& scale);
-    void holdScroll();
     void drawCountIn(QPainter& painter) const;
+    void holdScroll();
 
     Mode& m_mode;
     Time& m_time;
@@ -188,7 +205,7 @@ private:
     QCurve* m_mainCurve;
     QWPainterWav* m_wavePainter;
     QWDrawVinylPosition* m_vinylPosition;
-    const QWPainter* m_companion = nullptr;
+    QWPainter* m_companion = nullptr;
 
     GraphRange m_x;
     GraphRange m_y;
@@ -202,8 +219,8 @@ private:
     QString m_latencyText;
     quint64 m_lost = 0; ///< samples and points without room
     bool m_silent = false;
-    QPixmap m_logoSource;
-    QPixmap m_logo; ///< the source on its ground, at the size and the pixel ratio of this graph
+    QImage m_logoSource;
+    QImage m_logo; ///< the source on its ground, at the size and the pixel ratio of this graph
     QColor m_logoGround;
     QPointer<SaveColorPhrasing> m_saveDialogA;
     QPointer<SaveColorPhrasing> m_saveDialogB;
@@ -216,4 +233,11 @@ private:
     CurveLayer m_mainLayer;
     CountIn m_countIn;
     QTimer m_countInTimer;
+    bool m_following = false;  ///< the range of this frame is the cursor's
+    bool m_repaintDue = false; ///< the pulse has asked for one
+    bool m_drawnAhead = false; ///< in the companion's paint; this graph's own one is still to come
+    unsigned m_drawnBeside = 0;
+    WindowPart m_part;
+    std::unique_ptr<QPainter> m_partPainter;
+    DrawingThread m_drawing; ///< the last member: it is the first to go
 };

@@ -18,6 +18,7 @@
 #include "state/recordingloopertraining.h"
 #include "state/time.h"
 
+#include <QBackingStore>
 #include <QFont>
 #include <QPainter>
 
@@ -25,6 +26,7 @@
 #include <cfloat>
 #include <cmath>
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -54,16 +56,77 @@ std::optional<CurveExtract> extractOf(QCurve& curve) {
 } // namespace
 
 void QWPainter::paintEvent(QPaintEvent*) {
+    m_repaintDue = false;
+    if (std::exchange(m_drawnAhead, false)) {
+        return; // beside the other graph, in this paint of the window
+    }
+    auto beside = companionsPart();
+    beginFrame();
+    if (beside) {
+        m_companion->beginFrame();
+    }
     QPainter painter(this);
-    painter.fillRect(rect(), palette().window());
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    if (beside) {
+        m_companion->startDrawingOn(std::move(*beside));
+    }
+    m_drawing.start([this, &painter] { drawFrame(painter); });
+    m_drawing.finish();
+    if (beside) {
+        m_companion->finishDrawing();
+    }
+    holdScroll();
+    if (beside) {
+        m_companion->holdScroll();
+    }
+}
 
+std::optional<WindowPart> QWPainter::companionsPart() const {
+    const QWPainter* other = m_companion;
+    const bool due = other != nullptr && other->m_repaintDue && other->isVisible() &&
+                     other->updatesEnabled() && other->window() == window();
+    const QBackingStore* store = backingStore();
+    QPoint corner;
+    // Not when this graph alone is drawn into another picture.
+    if (!due || store == nullptr || redirected(&corner) != const_cast<QBackingStore*>(store)->paintDevice()) {
+        return std::nullopt;
+    }
+    return windowPart(*other);
+}
+
+void QWPainter::startDrawingOn(WindowPart part) {
+    m_part = std::move(part); // a copy of the picture would be drawn on for itself
+    m_repaintDue = false;
+    m_drawnAhead = true;
+    ++m_drawnBeside;
+    m_partPainter = std::make_unique<QPainter>(&m_part.pixels);
+    // As the painter of a widget starts.
+    m_partPainter->setPen(QPen(palette().brush(foregroundRole()), 1.0));
+    m_partPainter->setBackground(palette().brush(backgroundRole()));
+    m_partPainter->setFont(QFont(font(), this));
+    m_partPainter->setLayoutDirection(layoutDirection());
+    m_partPainter->translate(m_part.corner);
+    m_drawing.start([this] { drawFrame(*m_partPainter); });
+}
+
+void QWPainter::finishDrawing() {
+    m_drawing.finish();
+    m_partPainter.reset();
+    m_part = {};
+}
+
+void QWPainter::beginFrame() {
     refreshVariable(); // a setting may have changed what is shown
     m_cursorTime = m_time.cursor(m_deckName);
-    const bool following = followCursor();
+    m_following = followCursor();
     collectExtremes();
     chooseYRange();
-    const GraphScale scale(m_layout, m_x, m_y, following);
+    m_areaColors.update(m_colorAreas->listPhrasing());
+}
+
+void QWPainter::drawFrame(QPainter& painter) {
+    painter.fillRect(rect(), palette().window());
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    const GraphScale scale(m_layout, m_x, m_y, m_following);
     const GraphOptions& options = m_optionCache.options();
 
     if (options.logo) {
@@ -75,7 +138,6 @@ void QWPainter::paintEvent(QPaintEvent*) {
         drawBeatGrid(painter, scale, options);
     }
     drawTrouble(painter);
-    m_areaColors.update(m_colorAreas->listPhrasing());
     drawCurves({painter, scale, options, QRectF(rect()), m_mode.displayMode(), &m_areaColors,
                 m_layout.hasDirectWave() ? m_wavePainter->wavePairs() : std::span<const WavePair>(),
                 &m_shiniIcons, m_mode.modeReverse()});
@@ -83,7 +145,6 @@ void QWPainter::paintEvent(QPaintEvent*) {
     if (options.vinylPosition) {
         m_vinylPosition->draw(painter, m_cursorTime, options.vinylColorRotation);
     }
-    holdScroll();
     drawCountIn(painter);
 }
 
@@ -128,15 +189,15 @@ void QWPainter::drawLogo(QPainter& painter) {
     const QColor ground = palette().color(QPalette::Window);
     if (std::max(m_logo.width(), m_logo.height()) != side || m_logoGround != ground) {
         // On its ground, which is all that lies below it: an opaque picture is laid down at once.
-        const QPixmap logo = m_logoSource.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-        m_logo = QPixmap(logo.size());
+        const QImage logo = m_logoSource.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        m_logo = QImage(logo.size(), QImage::Format_RGB32);
         m_logo.fill(ground);
-        QPainter(&m_logo).drawPixmap(0, 0, logo);
+        QPainter(&m_logo).drawImage(0, 0, logo);
         m_logoGround = ground;
     }
     const QPointF corner = QPointF(logoLeft, m_layout.plotBottom - logoAbovePlotBottom) * device.ratio();
     const OnDevicePixels onPixels(painter);
-    painter.drawPixmap(qRound(corner.x()), qRound(corner.y()) - m_logo.height(), m_logo);
+    painter.drawImage(qRound(corner.x()), qRound(corner.y()) - m_logo.height(), m_logo);
 }
 
 void QWPainter::drawTagNumber(QPainter& painter) const {

@@ -17,10 +17,12 @@ bool withinReach(const QPointF& corner) {
 
 void ShiniIcons::load() {
     // In the order of ShiniIcon.
-    m_sources = {
-        pathIcon(QStringLiteral("arrowDown-Right.png")), pathIcon(QStringLiteral("arrowDown-Left.png")),
-        pathIcon(QStringLiteral("arrowUp-Right.png")),   pathIcon(QStringLiteral("arrowUp-Left.png")),
-        pathIcon(QStringLiteral("circle-empty.png")),    pathIcon(QStringLiteral("circle-full.png"))};
+    m_sources = {pathIcon(QStringLiteral("arrowDown-Right.png")).toImage(),
+                 pathIcon(QStringLiteral("arrowDown-Left.png")).toImage(),
+                 pathIcon(QStringLiteral("arrowUp-Right.png")).toImage(),
+                 pathIcon(QStringLiteral("arrowUp-Left.png")).toImage(),
+                 pathIcon(QStringLiteral("circle-empty.png")).toImage(),
+                 pathIcon(QStringLiteral("circle-full.png")).toImage()};
     m_ratio = 0.0;
 }
 
@@ -45,7 +47,7 @@ void ShiniIcons::draw(QPainter& painter, const std::vector<ShiniMark>& marks) {
     scaleTo(painter.deviceTransform().m11());
     for (const ShiniMark& mark : marks) {
         if (withinReach(mark.corner)) {
-            painter.drawPixmap(mark.corner, m_scaled[std::size_t(mark.icon)]);
+            painter.drawImage(mark.corner, m_scaled[std::size_t(mark.icon)]);
         }
     }
 }

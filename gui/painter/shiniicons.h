@@ -2,12 +2,12 @@
 
 #include "shinimarks.h"
 
-#include <QPixmap>
+#include <QImage>
 
 #include <array>
 
 /// The pictures of the icons at a curve's cuts, at the pixel ratio of the screen they were last drawn on. One
-/// that is missing is a null pixmap and draws nothing.
+/// that is missing is a null picture and draws nothing.
 class ShiniIcons {
 public:
     /// Reads the pictures from the program's resources.
@@ -19,7 +19,7 @@ private:
     static constexpr std::size_t count = 6;
     void scaleTo(double ratio);
 
-    std::array<QPixmap, count> m_sources;
-    std::array<QPixmap, count> m_scaled;
+    std::array<QImage, count> m_sources;
+    std::array<QImage, count> m_scaled;
     double m_ratio = 0.0; ///< of the scaled ones; 0: none
 };

@@ -9,7 +9,7 @@
 
 /// A disc of coloured slices that turns at every frame. Each of its pixels knows the angle at which it
 /// stands, and a table knows the colour of each angle: to turn it, the pixels look their colours up a few
-/// entries further on. That takes a tenth of the time of turning a picture. GUI thread.
+/// entries further on. That takes a tenth of the time of turning a picture.
 class SliceWheel {
 public:
     /// `radius` in device pixels. The edge is left rough. Where areas overlap the later one is seen.

@@ -2,11 +2,10 @@
 
 #include <QImage>
 #include <QPainter>
-#include <QPixmap>
 #include <QRectF>
 
 /// Draws the picture of a wave as a bar, whole device pixels large. What it was scaled to is kept: while the
-/// record turns a frame costs one blit. GUI thread.
+/// record turns a frame costs one blit.
 class WaveBars {
 public:
     /// Turned by a quarter: the wave's start lies at the lower edge of `bar`. A null picture draws nothing.
@@ -17,10 +16,10 @@ public:
     unsigned scalings() const { return m_scalings; }
 
 private:
-    const QPixmap& scaled(const QImage& wave, QSize size, bool upright);
+    const QImage& scaled(const QImage& wave, QSize size, bool upright);
 
-    QPixmap m_pixmap;
-    qint64 m_wave = 0; ///< QImage::cacheKey of what m_pixmap shows
+    QImage m_scaled;
+    qint64 m_wave = 0; ///< QImage::cacheKey of what m_scaled shows
     bool m_upright = false;
     unsigned m_scalings = 0;
 };
