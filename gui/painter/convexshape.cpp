@@ -109,8 +109,12 @@ void drawConvexShape(const CapsuleTarget& target, std::span<const QPointF> corne
         fullFrom = std::clamp(fullFrom + 1, from, std::max(from, to));
         fullTo = std::clamp(fullTo - 1, fullFrom, std::max(fullFrom, to));
         measure(from, fullFrom);
-        for (int column = fullFrom; column < fullTo; ++column) {
-            blend(pixels[column], fill, 255U);
+        if (qAlpha(fill) == 255) {
+            std::fill(pixels + fullFrom, pixels + fullTo, fill);
+        } else {
+            for (int column = fullFrom; column < fullTo; ++column) {
+                blend(pixels[column], fill, 255U);
+            }
         }
         measure(fullTo, to);
     }

@@ -67,16 +67,20 @@ private:
     double m_cosine;
 };
 
-// A picture whose corner lies at this device pixel of the graph.
-CapsuleTarget whole(QImage& picture, QPoint corner) {
+// A part of a picture whose corner lies at this device pixel of the graph.
+CapsuleTarget partOf(QImage& picture, QPoint corner, const QRect& part) {
     return {reinterpret_cast<std::uint32_t*>(picture.bits()),
             picture.bytesPerLine() / 4,
-            0,
-            0,
-            picture.width(),
-            picture.height(),
+            part.left(),
+            part.top(),
+            part.right() + 1,
+            part.bottom() + 1,
             -corner.x(),
             -corner.y()};
+}
+
+CapsuleTarget whole(QImage& picture, QPoint corner) {
+    return partOf(picture, corner, picture.rect());
 }
 
 void drawShape(const CapsuleTarget& target, const Placing& placing, std::span<const QPointF> corners,
@@ -205,13 +209,14 @@ void QWDrawVinylPosition::update(const Look& look) {
         m_areas = std::move(areas);
         m_discDirty = true;
     }
-    const bool changed = m_discDirty || m_overlayDirty || look != m_look;
+    const bool turned = m_discDirty || look.discTurn != m_look.discTurn;
+    const bool below = turned || m_overlayDirty; // what the needles don't change
     if (m_discDirty) {
         const QPhrasingList& areas = m_colorAreas->listPhrasing();
         m_wheel.build(areas, areas.isEmpty() ? ground : graphGrey, discRadius * look.ratio);
         ++m_discsBuilt;
     }
-    if (m_discDirty || look.discTurn != m_look.discTurn) {
+    if (turned) {
         drawDisc(look);
         m_discDirty = false;
     }
@@ -224,8 +229,8 @@ void QWDrawVinylPosition::update(const Look& look) {
         drawOverlay(painter);
         m_overlayDirty = false;
     }
-    if (changed) {
-        compose(look);
+    if (below || look != m_look) {
+        compose(look, below);
         m_look = look;
         ++m_picturesBuilt;
     }
@@ -242,10 +247,36 @@ void QWDrawVinylPosition::drawDisc(const Look& look) {
     drawDiscMarks(whole(m_disc, m_corner), look.discTurn, look.ratio);
 }
 
+QRect QWDrawVinylPosition::needlePixels(const Look& look) const {
+    const double outline = 3.0 * look.ratio; // and how far it reaches beyond a pointed corner
+    QRectF pixels;
+    const auto add = [&](double turn) {
+        const Placing placing(turn, look.ratio);
+        for (const std::span<const QPointF> corners :
+             {std::span<const QPointF>(barCorners), std::span<const QPointF>(headCorners)}) {
+            for (const QPointF corner : corners) {
+                pixels |= QRectF(placing(corner), QSizeF()).adjusted(-outline, -outline, outline, outline);
+            }
+        }
+    };
+    add(look.mainTurn);
+    if (look.secondary) {
+        add(look.secondaryTurn);
+    }
+    return pixels.toAlignedRect().translated(-m_corner) & m_picture.rect();
+}
+
 // From back to front.
-void QWDrawVinylPosition::compose(const Look& look) {
-    std::memcpy(m_picture.bits(), m_disc.constBits(), std::size_t(m_disc.sizeInBytes()));
-    const CapsuleTarget target = whole(m_picture, m_corner);
+void QWDrawVinylPosition::compose(const Look& look, bool all) {
+    const QRect needles = needlePixels(look);
+    const QRect part = all ? m_picture.rect() : needles | m_needles;
+    m_needles = needles;
+    for (int y = part.top(); y <= part.bottom(); ++y) {
+        const std::ptrdiff_t from = std::ptrdiff_t(part.left()) * 4;
+        std::memcpy(m_picture.scanLine(y) + from, m_disc.constScanLine(y) + from,
+                    std::size_t(part.width()) * 4);
+    }
+    const CapsuleTarget target = partOf(m_picture, m_corner, part);
     const ModelGraph::EnumGraph main = m_mainCurve->graphName();
     const ModelGraph::EnumGraph secondary = m_secondaryCurve->graphName();
     const Placing mainPlacing(look.mainTurn, look.ratio);
@@ -254,7 +285,7 @@ void QWDrawVinylPosition::compose(const Look& look) {
         drawBar(target, secondary, secondaryPlacing);
     }
     drawBar(target, main, mainPlacing);
-    QPainter(&m_picture).drawImage(0, 0, m_overlay);
+    QPainter(&m_picture).drawImage(part.topLeft(), m_overlay, part);
     if (look.secondary) {
         drawHead(target, secondary, secondaryPlacing);
     }

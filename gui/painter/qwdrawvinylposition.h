@@ -56,7 +56,11 @@ private:
     static Position position(const QCurve& curve, double time, bool live);
     void update(const Look& look);
     void drawDisc(const Look& look);
-    void compose(const Look& look);
+    /// Puts the needles of this look in, and where those of the last one were what lies below them;
+    /// `all`: slices or overlay are others too.
+    void compose(const Look& look, bool all);
+    /// The pixels of the picture that the needles may touch.
+    QRect needlePixels(const Look& look) const;
     void drawAreaName(QPainter& painter, ModelGraph::EnumGraph item, const Position& position, int top);
 
     const Mode& m_mode;
@@ -70,6 +74,7 @@ private:
     QImage m_overlay; ///< hub and rim
     QImage m_picture; ///< all of it but the names
     Look m_look;      ///< that the picture has
+    QRect m_needles;  ///< its pixels with needles
     std::vector<AreaColors::Area>
         m_areas; ///< that the slices have: they are shared with others who edit them
     bool m_discDirty = true;

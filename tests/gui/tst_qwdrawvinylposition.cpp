@@ -7,6 +7,7 @@
 
 #include <QImage>
 #include <QPainter>
+#include <QRandomGenerator>
 #include <QTest>
 
 #include <cmath>
@@ -344,6 +345,35 @@ private Q_SLOTS:
         training().setActivatedMode(ModelActivatedMode::Looper);
         disc.draw(0.0, false);
         QCOMPARE(disc.disc.picturesBuilt(), 3U);
+    }
+    // Only the needles' surroundings are drawn anew from picture to picture.
+    void anyMoveGivesThePictureOfANewDisc_data() { ratios(); }
+    void anyMoveGivesThePictureOfANewDisc() {
+        QFETCH(double, ratio);
+        training().setActivatedMode(ModelActivatedMode::Training);
+        QRandomGenerator random(5);
+        Disc moved;
+        for (int i = 0; i < 40; ++i) {
+            const double mainAngle = random.bounded(360.0);
+            const double secondaryAngle = random.bounded(4) == 0 ? 0.0 : random.bounded(360.0);
+            const bool soundOn = random.bounded(3) != 0;
+            const bool rotate = random.bounded(5) == 0;
+            QPhrasingList areas;
+            if (random.bounded(3) != 0) {
+                areas.append(area(40.0, 40.0 + 100.0 * (1 + random.bounded(2)), red));
+            }
+            training().setActivatedMode(random.bounded(6) == 0 ? ModelActivatedMode::Looper
+                                                               : ModelActivatedMode::Training);
+            Disc fresh;
+            for (Disc* disc : {&moved, &fresh}) {
+                disc->areas.setListPhrasing(areas);
+                disc->main.clear();
+                disc->secondary.clear();
+                addAngle(disc->main, mainAngle, soundOn);
+                addAngle(disc->secondary, secondaryAngle);
+            }
+            QCOMPARE(moved.draw(step, rotate, ratio), fresh.draw(step, rotate, ratio));
+        }
     }
     void anEditOfTheAreasShowsAtOnce() {
         Disc disc;
