@@ -56,13 +56,14 @@ void ScrollPicture::scroll(int columns) {
 }
 
 void ScrollPicture::clearBefore(int to) {
-    const int end = m_origin + to;
+    const int end = m_origin + std::max(to, 0);
     for (int place = 0; place < int(m_tiles.size()) && place * tileWidth < end; ++place) {
         Tile& cleared = tile(place);
         if (end >= (place + 1) * tileWidth) {
             cleared.stale = true;
         } else if (!cleared.stale) {
-            cleared.clear(0, end - place * tileWidth);
+            // What has left at the left edge doesn't come back before the tile does, empty.
+            cleared.clear(place == 0 ? m_origin : 0, end - place * tileWidth);
         }
     }
 }
@@ -88,9 +89,14 @@ void ScrollPicture::draw(const Capsule& capsule, QRgb premultiplied, int to) {
         drawn.top = std::min(drawn.top, top);
         drawn.bottom = std::max(drawn.bottom, bottom);
         const int start = place * tileWidth;
-        const CapsuleTarget target{
-            pixelsOf(drawn.image), strideOf(drawn.image), 0, 0, std::min(tileWidth, end - start),
-            m_size.height(),       m_origin - start,      0};
+        const CapsuleTarget target{pixelsOf(drawn.image),
+                                   strideOf(drawn.image),
+                                   place == 0 ? m_origin : 0,
+                                   0,
+                                   std::min(tileWidth, end - start),
+                                   m_size.height(),
+                                   m_origin - start,
+                                   0};
         drawCapsule(target, capsule, premultiplied);
     }
 }
