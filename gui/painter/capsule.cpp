@@ -46,20 +46,23 @@ public:
         , m_bottom(axis.endY + radius) {}
 
     bool meets(double y) const { return y > m_top && y < m_bottom; }
+    // How far along the rows the caps reach into the strip.
+    double slant() const { return std::abs(m_sideY); }
+    // The ends of a row between the slants of the two caps.
+    double straightLeft(double y) const { return m_axis.x - m_sideX + (y - m_axis.y - m_sideY) * m_slope; }
+    double straightRight(double y) const { return m_axis.x + m_sideX + (y - m_axis.y + m_sideY) * m_slope; }
     // The ends of what a row has of it: on a side of the strip, or on the round cap above or below that side.
     double left(double y) const {
         if (y >= m_axis.endY + m_sideY) {
             return m_axis.endX - halfChord(y - m_axis.endY);
         }
-        const double above = y - m_axis.y - m_sideY;
-        return above < 0.0 ? m_axis.x - halfChord(y - m_axis.y) : m_axis.x - m_sideX + above * m_slope;
+        return y - m_axis.y - m_sideY < 0.0 ? m_axis.x - halfChord(y - m_axis.y) : straightLeft(y);
     }
     double right(double y) const {
         if (y >= m_axis.endY - m_sideY) {
             return m_axis.endX + halfChord(y - m_axis.endY);
         }
-        const double above = y - m_axis.y + m_sideY;
-        return above < 0.0 ? m_axis.x + halfChord(y - m_axis.y) : m_axis.x + m_sideX + above * m_slope;
+        return y - m_axis.y + m_sideY < 0.0 ? m_axis.x + halfChord(y - m_axis.y) : straightRight(y);
     }
 
 private:
@@ -92,30 +95,36 @@ public:
         const double dx = x - m_axis.x;
         const double dy = y - m_axis.y;
         const double along = dx * m_axis.alongX + dy * m_axis.alongY;
-        double part = 0.0;
         if (along <= 0.0) {
-            part = round(dx, dy);
-        } else if (along >= m_axis.length) {
-            part = round(x - m_axis.endX, y - m_axis.endY);
-        } else {
-            const double off = std::abs(dx * m_axis.alongY - dy * m_axis.alongX);
-            part = beside(m_axis.radius - off) + beside(m_axis.radius + off) - 1.0;
+            return whole(round(dx, dy));
         }
-        return std::uint32_t(part * 255.0 + 0.5);
+        if (along >= m_axis.length) {
+            return whole(round(x - m_axis.endX, y - m_axis.endY));
+        }
+        return whole(strip(dx, dy));
+    }
+    // The same where the line runs beside the pixel and is wider than what a pixel reaches across it.
+    std::uint32_t besideLine(double x, double y) const {
+        const double off = std::abs((x - m_axis.x) * m_axis.alongY - (y - m_axis.y) * m_axis.alongX);
+        constexpr double all = 1.0; // of the pixel, for the other edge
+        return whole(beside(m_axis.radius - off) + all - 1.0);
     }
 
 private:
+    static std::uint32_t whole(double part) { return std::uint32_t(part * 255.0 + 0.5); }
+    double strip(double dx, double dy) const {
+        const double off = std::abs(dx * m_axis.alongY - dy * m_axis.alongX);
+        return beside(m_axis.radius - off) + beside(m_axis.radius + off) - 1.0;
+    }
     // The share of a pixel on one side of an edge that its middle is `inside` of: a square cut by a line.
     double beside(double inside) const {
+        // All of it is computed and then chosen: which of them it is nobody can foretell.
         const double off = std::abs(inside);
-        if (off >= m_reach) {
-            return inside > 0.0 ? 1.0 : 0.0;
-        }
-        if (off <= m_straight) {
-            return 0.5 + inside * m_rise;
-        }
-        const double corner = (m_reach - off) * (m_reach - off) * m_corner;
-        return inside > 0.0 ? 1.0 - corner : corner;
+        const double rest = std::max(m_reach - off, 0.0);
+        const double corner = rest * rest * m_corner;
+        const double cut = inside > 0.0 ? 1.0 - corner : corner;
+        const double straight = 0.5 + inside * m_rise;
+        return off <= m_straight ? straight : cut;
     }
     // At a cap: the edge is taken for one that runs along the pixel.
     double round(double dx, double dy) const {
@@ -129,23 +138,23 @@ private:
     double m_corner;
 };
 
-class Row {
+template <bool Opaque> class Row {
 public:
-    Row(std::uint32_t* pixels, std::uint32_t color, const Coverage& coverage)
-        : m_pixels(pixels), m_color(color), m_opaque(color >> 24 == 255), m_coverage(coverage) {}
-    // `origin`: the column that x = 0 lies at.
-    void measured(int from, int to, int origin, double y) const {
+    Row(std::uint32_t* pixels, std::uint32_t color) : m_pixels(pixels), m_color(color) {}
+    // partAt(x): how much of the pixel with its middle there is covered. `origin`: the column that x = 0 lies
+    // at.
+    template <typename PartAt> void measured(int from, int to, int origin, PartAt partAt) const {
         for (int i = from; i < to; ++i) {
-            if (m_opaque && m_pixels[i] == m_color) {
+            if (Opaque && m_pixels[i] == m_color) {
                 continue; // as it is with each joint of two lines
             }
-            const std::uint32_t part = m_coverage.at(i - origin + 0.5, y);
-            m_pixels[i] = m_opaque ? PixelBlend::mixed(m_color, part, m_pixels[i])
-                                   : PixelBlend::over(m_pixels[i], PixelBlend::share(m_color, part));
+            const std::uint32_t part = partAt(i - origin + 0.5);
+            m_pixels[i] = Opaque ? PixelBlend::mixed(m_color, part, m_pixels[i])
+                                 : PixelBlend::over(m_pixels[i], PixelBlend::share(m_color, part));
         }
     }
     void full(int from, int to) const {
-        if (m_opaque) {
+        if (Opaque) {
             std::fill(m_pixels + from, m_pixels + to, m_color);
             return;
         }
@@ -157,9 +166,56 @@ public:
 private:
     std::uint32_t* m_pixels;
     std::uint32_t m_color;
-    bool m_opaque;
-    const Coverage& m_coverage;
 };
+
+// The rows of a line; `column` and `line` are those of the target that x = 0 and y = 0 lie at.
+template <bool Opaque>
+void drawRows(const CapsuleTarget target, const Axis& axis, int column, int line, std::uint32_t color) {
+    const Coverage coverage(axis);
+    const Outline outer(axis, axis.radius + coverage.reach());
+    const double innerRadius = axis.radius - coverage.reach();
+    const Outline inner(axis, std::max(innerRadius, 0.0));
+    const double margin = axis.radius + 1.0;
+    const int first = std::max(floored(axis.y - margin) + line, target.top);
+    const int end = std::min(floored(axis.endY + margin) + 1 + line, target.bottom);
+    // Between these no pixel lies at a cap.
+    constexpr double rounding = 1e-6;
+    const double straightFrom = axis.y + outer.slant() + rounding;
+    const double straightTo = innerRadius > 0.0 ? axis.endY - outer.slant() - rounding : straightFrom;
+    for (int j = first; j < end; ++j) {
+        const double y = j - line + 0.5;
+        if (!outer.meets(y)) {
+            continue;
+        }
+        const bool straight = y > straightFrom && y < straightTo;
+        // A pixel belongs to a stretch if its middle does.
+        const double left = straight ? outer.straightLeft(y) : outer.left(y);
+        const double right = straight ? outer.straightRight(y) : outer.right(y);
+        const int from = std::max(floored(left + 0.5) + column, target.left);
+        const int to = std::min(floored(right + 0.5) + column, target.right);
+        if (from >= to) {
+            continue;
+        }
+        const Row<Opaque> row(target.pixels + j * target.stride, color);
+        const auto at = [&](double x) { return coverage.at(x, y); };
+        if (straight) {
+            const int fullFrom = std::clamp(floored(inner.straightLeft(y) + 0.5) + column, from, to);
+            const int fullTo = std::clamp(floored(inner.straightRight(y) + 0.5) + column, fullFrom, to);
+            const auto besideLine = [&](double x) { return coverage.besideLine(x, y); };
+            row.measured(from, fullFrom, column, besideLine);
+            row.full(fullFrom, fullTo);
+            row.measured(fullTo, to, column, besideLine);
+        } else if (innerRadius <= 0.0 || !inner.meets(y)) {
+            row.measured(from, to, column, at);
+        } else {
+            const int fullFrom = std::clamp(floored(inner.left(y) + 0.5) + column, from, to);
+            const int fullTo = std::clamp(floored(inner.right(y) + 0.5) + column, fullFrom, to);
+            row.measured(from, fullFrom, column, at);
+            row.full(fullFrom, fullTo);
+            row.measured(fullTo, to, column, at);
+        }
+    }
+}
 
 } // namespace
 
@@ -194,34 +250,11 @@ void drawCapsule(const CapsuleTarget& target, const Capsule& capsule, QRgb premu
                     length > 0.0 ? (x2 - x1) / length : 0.0,
                     length > 0.0 ? (y2 - y1) / length : 1.0,
                     radius};
-    const Coverage coverage(axis);
-    const Outline outer(axis, radius + coverage.reach());
-    const double innerRadius = radius - coverage.reach();
-    const Outline inner(axis, std::max(innerRadius, 0.0));
-    const int column = originX + target.shiftX; // of x = 0
+    const int column = originX + target.shiftX;
     const int line = originY + target.shiftY;
-    const int first = std::max(floored(axis.y - margin) + line, target.top);
-    const int end = std::min(floored(axis.endY + margin) + 1 + line, target.bottom);
-    for (int j = first; j < end; ++j) {
-        const double y = j - line + 0.5;
-        if (!outer.meets(y)) {
-            continue;
-        }
-        // A pixel belongs to a stretch if its middle does.
-        const int from = std::max(floored(outer.left(y) + 0.5) + column, target.left);
-        const int to = std::min(floored(outer.right(y) + 0.5) + column, target.right);
-        if (from >= to) {
-            continue;
-        }
-        const Row row(target.pixels + j * target.stride, premultiplied, coverage);
-        if (innerRadius <= 0.0 || !inner.meets(y)) {
-            row.measured(from, to, column, y);
-            continue;
-        }
-        const int fullFrom = std::clamp(floored(inner.left(y) + 0.5) + column, from, to);
-        const int fullTo = std::clamp(floored(inner.right(y) + 0.5) + column, fullFrom, to);
-        row.measured(from, fullFrom, column, y);
-        row.full(fullFrom, fullTo);
-        row.measured(fullTo, to, column, y);
+    if (qAlpha(premultiplied) == 255) {
+        drawRows<true>(target, axis, column, line, premultiplied);
+    } else {
+        drawRows<false>(target, axis, column, line, premultiplied);
     }
 }
