@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # What the window costs while a session runs: processor seconds of the GUI thread, and of every other thread
-# of the program, over wall seconds. Two decks in view and recorded, 120 repaints a second, with grid, disc,
+# of the program, over wall seconds. The graphs are drawn by threads of their own, for which the GUI thread
+# waits: their share is told beside its own. Two decks in view and recorded, 120 repaints a second, with grid, disc,
 # icons at the cuts and a few areas; sound server, screen and virtual deck of its own, a fresh data folder.
 # The aim is a share of at most 15 % for the GUI thread. The exit code tells whether something was measured.
 # usage: deckshare.sh [SECONDS [BIN]]     SECONDS: 60; BIN: build/release/bin
@@ -147,12 +148,14 @@ awk -v wall="$(((${end/[.,]/} - ${begin/[.,]/}) / 1000))" -v hz="$ticks" -v gui=
         s = ($2 - used[$1]) / hz
         if ($1 == gui) own = s
         else rest += s
+        if (name ~ /^drawing /) drawing += s
         if (s > 0) printf "%-20s %8s %8.2f s %7.2f %%\n", name ($1 == gui ? " (GUI)" : ""), $1, s, 100000 * s / wall
     }
     END {
         split(flushes, f, " ")
         n = f[3] - f[1]
         printf "%-29s %8.2f s %7.2f %%\n", "all but the GUI thread", rest, 100000 * rest / wall
+        printf "%-29s %8.2f s %7.2f %%\n", "GUI and drawing threads", own + drawing, 100000 * (own + drawing) / wall
         printf "%.1f repaints a second, %.0f pixels each, %.0f us of the GUI thread each\n", \
             1000 * n / wall, n ? (f[4] - f[2]) / n : 0, n ? 1e6 * own / n : 0
         share = 100000 * own / wall

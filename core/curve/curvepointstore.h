@@ -10,7 +10,7 @@
 /// The points of one curve. Points keep their address for as long as they are in the store: it grows by
 /// blocks that the GUI thread makes ahead of need, and what the store publishes is one word that names the
 /// first and the last point. One producer (the callback that feeds the deck, or the GUI thread while none
-/// does), any number of readers on the GUI thread.
+/// does), any number of readers on the GUI thread and on those that it waits for.
 ///
 /// While a stream feeds the deck (setLive), an emptying is carried out by the producer, and the new points
 /// land behind the old ones in memory: a reader that still walks the old ones reads nothing half-written.

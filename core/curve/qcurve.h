@@ -12,7 +12,8 @@ class Performance;
 class RecordingLooperTraining;
 
 /// A curve as the graph sees it: it searches, saves, loads and empties a point store that belongs to the
-/// controller and that a decoder fills. The time axis is sample frames. GUI thread.
+/// controller and that a decoder fills. The time axis is sample frames. GUI thread; read
+/// by what draws the graph, too, for which that one waits.
 class QCurve : public QObject {
     Q_OBJECT
 public:

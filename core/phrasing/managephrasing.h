@@ -11,7 +11,8 @@
 class WaveData;
 
 /// One editable list of areas, in the order of their making: that of a deck, on which the user works live, or
-/// what a phrasing file was read into. GUI thread.
+/// what a phrasing file was read into. GUI thread; read by what draws the graphs, too, for which that one
+/// waits.
 class ManagePhrasing : public QObject {
     Q_OBJECT
 public:

@@ -7,7 +7,8 @@
 
 #include <memory>
 
-/// One area of a turn of the record: a stretch of angles with a name and a colour. GUI thread.
+/// One area of a turn of the record: a stretch of angles with a name and a colour. GUI thread; read
+/// by what draws the graphs, too, for which that one waits.
 class QPhrasing {
 public:
     /// `angleStart` and `angleEnd` in degrees. Every area gets an id of its own; no file keeps it.

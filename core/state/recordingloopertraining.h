@@ -14,7 +14,8 @@
 #include <array>
 
 /// What the user is practising: the active entry, its tempo, its reference curves and the speed factor. Each
-/// setter of a shown value announces the change. GUI thread.
+/// setter of a shown value announces the change. GUI thread; read by what draws the graphs, too, for which
+/// that one waits.
 class RecordingLooperTraining : public QObject {
     Q_OBJECT
 public:

@@ -8,10 +8,10 @@
 DrawingThread::DrawingThread(QString name) : m_name(std::move(name)) {}
 
 DrawingThread::~DrawingThread() {
+    finish();
     if (!m_thread) {
         return;
     }
-    finish();
     m_task = nullptr;
     m_wanted.release();
     m_thread->wait();
@@ -19,13 +19,21 @@ DrawingThread::~DrawingThread() {
 
 void DrawingThread::start(std::function<void()> task) {
     assert(task && !m_busy);
-    m_task = std::move(task);
     m_busy = true;
-    if (!m_thread) {
+    if (!std::exchange(m_used, true)) {
         m_thread.reset(QThread::create([this] { work(); }));
         m_thread->setObjectName(m_name); // the thread's name as the system shows it
         m_thread->start();
+        if (!m_thread->isRunning()) { // the system has no more threads for us
+            m_thread.reset();
+        }
     }
+    if (!m_thread) {
+        task();
+        m_done.release();
+        return;
+    }
+    m_task = std::move(task);
     m_wanted.release();
 }
 

@@ -74,10 +74,12 @@ QWPainter::QWPainter(ModelGraph::EnumGraph deckName, ModelGraph::EnumGraph secon
 
 QWPainter::~QWPainter() {
     // Fonts belong to the thread that laid texts out with them.
-    m_drawing.start([this] {
-        m_labels = {};
-        m_vinylPosition->forgetNames();
-    });
+    if (m_drawing.used()) {
+        m_drawing.start([this] {
+            m_labels = {};
+            m_vinylPosition->forgetNames();
+        });
+    }
 }
 
 double QWPainter::beatLength() const {
@@ -103,6 +105,17 @@ void QWPainter::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     m_drawnAhead = false;
     refreshVariable();
+}
+
+void QWPainter::moveEvent(QMoveEvent* event) {
+    QWidget::moveEvent(event);
+    m_drawnAhead = false;
+}
+
+void QWPainter::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    m_repaintDue = false;
+    m_drawnAhead = false;
 }
 
 void QWPainter::refreshVariable() {
@@ -162,7 +175,7 @@ void QWPainter::refresh() {
     if (m_time.observeFrameCounter(m_deckName) == 0.0) {
         initStart();
     }
-    m_repaintDue = true;
+    m_repaintDue = isVisible() && updatesEnabled();
     m_drawnAhead = false;
     update();
 }

@@ -15,6 +15,7 @@
 
 #include "model/modelgraph.h"
 
+#include <QBrush>
 #include <QColor>
 #include <QImage>
 #include <QPoint>
@@ -154,6 +155,8 @@ public Q_SLOTS:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void changeEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -173,7 +176,10 @@ private:
     // A paint: what is shown is decided on the GUI thread, which then waits for the graph's own one to draw.
     void beginFrame();
     void drawFrame(QPainter& painter);
-    std::optional<WindowPart> companionsPart() const;
+    /// Whether a paint event is for the window, not for another picture.
+    bool paintsWindow() const;
+    /// Whether the companion has to be painted in this paint of the window too.
+    bool companionIsDue() const;
     void startDrawingOn(WindowPart part);
     void finishDrawing();
 
@@ -234,6 +240,7 @@ private:
     CountIn m_countIn;
     QTimer m_countInTimer;
     bool m_following = false;  ///< the range of this frame is the cursor's
+    QBrush m_ground;           ///< of this frame
     bool m_repaintDue = false; ///< the pulse has asked for one
     bool m_drawnAhead = false; ///< in the companion's paint; this graph's own one is still to come
     unsigned m_drawnBeside = 0;

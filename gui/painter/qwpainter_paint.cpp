@@ -56,16 +56,20 @@ std::optional<CurveExtract> extractOf(QCurve& curve) {
 } // namespace
 
 void QWPainter::paintEvent(QPaintEvent*) {
-    m_repaintDue = false;
-    if (std::exchange(m_drawnAhead, false)) {
-        return; // beside the other graph, in this paint of the window
+    const bool onWindow = paintsWindow();
+    if (onWindow) {
+        m_repaintDue = false;
+        if (std::exchange(m_drawnAhead, false)) {
+            return; // beside the other graph, in this paint of the window
+        }
     }
-    auto beside = companionsPart();
     beginFrame();
-    if (beside) {
+    const bool together = onWindow && companionIsDue();
+    if (together) {
         m_companion->beginFrame();
     }
     QPainter painter(this);
+    auto beside = together ? windowPart(*m_companion) : std::nullopt;
     if (beside) {
         m_companion->startDrawingOn(std::move(*beside));
     }
@@ -80,17 +84,15 @@ void QWPainter::paintEvent(QPaintEvent*) {
     }
 }
 
-std::optional<WindowPart> QWPainter::companionsPart() const {
-    const QWPainter* other = m_companion;
-    const bool due = other != nullptr && other->m_repaintDue && other->isVisible() &&
-                     other->updatesEnabled() && other->window() == window();
-    const QBackingStore* store = backingStore();
+bool QWPainter::paintsWindow() const {
+    QBackingStore* const store = backingStore();
     QPoint corner;
-    // Not when this graph alone is drawn into another picture.
-    if (!due || store == nullptr || redirected(&corner) != const_cast<QBackingStore*>(store)->paintDevice()) {
-        return std::nullopt;
-    }
-    return windowPart(*other);
+    return store != nullptr && redirected(&corner) == store->paintDevice();
+}
+
+bool QWPainter::companionIsDue() const {
+    return m_companion != nullptr && m_companion->m_repaintDue && m_companion->isVisible() &&
+           m_companion->updatesEnabled() && m_companion->window() == window();
 }
 
 void QWPainter::startDrawingOn(WindowPart part) {
@@ -121,10 +123,13 @@ void QWPainter::beginFrame() {
     collectExtremes();
     chooseYRange();
     m_areaColors.update(m_colorAreas->listPhrasing());
+    // Neither of the two may be asked for while both graphs are drawn: they look things up in what is shared.
+    m_optionCache.options();
+    m_ground = palette().window();
 }
 
 void QWPainter::drawFrame(QPainter& painter) {
-    painter.fillRect(rect(), palette().window());
+    painter.fillRect(rect(), m_ground);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     const GraphScale scale(m_layout, m_x, m_y, m_following);
     const GraphOptions& options = m_optionCache.options();
@@ -186,7 +191,7 @@ void QWPainter::drawLogo(QPainter& painter) {
     const DevicePixels device(painter); // also of an image that the graph is rendered to
     const double room = m_layout.plotHeight - logoAbovePlotBottom; // a low graph has a small logo
     const int side = static_cast<int>(std::lround(std::clamp(room, 1.0, logoSide) * device.ratio()));
-    const QColor ground = palette().color(QPalette::Window);
+    const QColor ground = m_ground.color();
     if (std::max(m_logo.width(), m_logo.height()) != side || m_logoGround != ground) {
         // On its ground, which is all that lies below it: an opaque picture is laid down at once.
         const QImage logo = m_logoSource.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
@@ -219,7 +224,7 @@ void QWPainter::drawBeatGrid(QPainter& painter, const GraphScale& scale, const G
                        .firstMetronome = m_training.firstMetronome(),
                        .sampleRate = sampleRate(),
                        .bpmEffective = m_training.bpmEffective(),
-                       .ground = palette().color(QPalette::Window),
+                       .ground = m_ground.color(),
                        .latencyText = options.latency ? std::optional(m_latencyText) : std::nullopt,
                        .labels = m_labels});
 }
@@ -243,7 +248,7 @@ void QWPainter::drawCurves(const CurveScene& scene) {
     // The tag number of a low graph may reach up to the strips.
     std::optional<QColor> ground;
     if (m_tagNumber == 0) {
-        ground = palette().color(QPalette::Window);
+        ground = m_ground.color();
     }
     if (secondary) {
         drawSoundStrip(scene, *secondary, ground);

@@ -9,7 +9,8 @@
 #include <memory>
 
 /// The pictures of a deck's sample that stand behind its curves: one of the whole turn, one of each area.
-/// They are drawn when the sample or the areas change, never in a paint. GUI thread.
+/// They are drawn when the sample or the areas change, on the GUI thread; the paint draws those of late
+/// areas.
 class QWPainterWav : public QObject {
     Q_OBJECT
 public:

@@ -14,9 +14,13 @@ std::optional<WindowPart> windowPart(const QWidget& widget) {
     auto& window = static_cast<QImage&>(*device);
     const double ratio = window.devicePixelRatio();
     const QPoint corner = widget.mapTo(widget.window(), QPoint());
-    // The device pixels that are the widget's, as the window's own painter cuts them out.
-    const QRect place(qRound(corner.x() * ratio), qRound(corner.y() * ratio), qRound(widget.width() * ratio),
-                      qRound(widget.height() * ratio));
+    const auto onDevice = [ratio](QPoint at) {
+        return QPoint(qRound(at.x() * ratio), qRound(at.y() * ratio));
+    };
+    // The device pixels that are the widget's, as the window's own painter cuts them out: neighbours share
+    // none and leave none over.
+    const QRect place(onDevice(corner),
+                      onDevice(corner + QPoint(widget.width(), widget.height())) - QPoint(1, 1));
     if (window.depth() != 32 || place.isEmpty() || !window.rect().contains(place)) {
         return std::nullopt;
     }
