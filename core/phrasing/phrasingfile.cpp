@@ -18,7 +18,8 @@ namespace {
 using namespace Constant;
 
 // A Section has four attributes. The XML reader compares each attribute of an element with each other one: a
-// megabyte of them in one element would keep it busy for a minute.
+// megabyte of them in one element would keep it busy for a minute. Equal signs side by side are one: a rule
+// in a comment, say.
 constexpr int mostEqualSigns = 256;
 
 // Refuses, by a look at the bytes, what a phrasing file never holds and what the XML reader would pay for:
@@ -28,12 +29,14 @@ bool plausible(const QByteArray& content) {
         return false;
     }
     int equalSigns = 0;
+    char before = '\0';
     for (const char c : content) {
         if (c == '<') { // never within a tag
             equalSigns = 0;
-        } else if (c == '=' && ++equalSigns > mostEqualSigns) {
+        } else if (c == '=' && before != '=' && ++equalSigns > mostEqualSigns) {
             return false;
         }
+        before = c;
     }
     return true;
 }

@@ -185,7 +185,7 @@ std::vector<WavePair> wavePairs(std::span<const std::int16_t> samples, double fa
     }
     pairs.reserve(wavePictureWidth);
     for (int x = 0; x < wavePictureWidth; ++x) {
-        // Only a constant wave, which isn't scaled, would reach further.
+        // Only what hardly moves far from zero would reach further.
         const double amp = std::min(std::abs(double(samples[std::size_t(columnEnd(x, count) - 1)]) * factor),
                                     double(wavePictureHeight));
         pairs.emplace_back(-amp, amp);

@@ -180,6 +180,7 @@ private Q_SLOTS:
         for (const bool show : {true, false}) {
             const Messages said([&] { a.graph.createGRPXML(path, show); });
             QCOMPARE(said.texts, QStringList{exists});
+            QCOMPARE(said.buttons.first(), QMessageBox::StandardButtons(QMessageBox::Ok)); // and no other
             QVERIFY(said.onTopWithoutAFrame);
             QVERIFY(said.inTheMiddle);
         }

@@ -385,6 +385,10 @@ private Q_SLOTS:
 
     void aFewHundredEqualSignsInOneElementAreFine() {
         const QByteArray signs(200, '=');
+        const QByteArray rules = (QByteArray(78, '=') + '\n').repeated(20);
+        QVERIFY(parsed("<!--\n" + rules + "-->\n<Phrasing name='x'><!-- " + rules + " --></Phrasing>") !=
+                nullptr);
+        QVERIFY(parsed("<Phrasing name='x' " + QByteArray("a = '' ").repeated(300) + "/>") == nullptr);
         const auto phrasing = parsed("<!-- " + signs + " --><Phrasing name='" + signs + "'/>");
         QVERIFY(phrasing != nullptr);
         QCOMPARE(phrasing->name(), QString::fromLatin1(signs));
