@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # What the window costs while a session runs: processor seconds of the GUI thread, and of every other thread
 # of the program, over wall seconds. The graphs are drawn by threads of their own, for which the GUI thread
-# waits: their share is told beside its own. Two decks in view and recorded, 120 repaints a second, with grid, disc,
-# icons at the cuts and a few areas; sound server, screen and virtual deck of its own, a fresh data folder.
+# waits: their share is told beside its own. Two decks in view and recorded, 120 repaints a second, with grid,
+# disc, icons at the cuts and a few areas; sound server, screen and virtual deck of its own, a fresh data
+# folder.
 # The aim is a share of at most 15 % for the GUI thread. The exit code tells whether something was measured.
 # usage: deckshare.sh [SECONDS [BIN]]     SECONDS: 60; BIN: build/release/bin
 set -euo pipefail

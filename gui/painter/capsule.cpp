@@ -101,21 +101,19 @@ public:
         if (along >= m_axis.length) {
             return whole(round(x - m_axis.endX, y - m_axis.endY));
         }
-        return whole(strip(dx, dy));
+        const double off = offLine(dx, dy);
+        return whole(beside(m_axis.radius - off) + beside(m_axis.radius + off) - 1.0);
     }
     // The same where the line runs beside the pixel and is wider than what a pixel reaches across it.
     std::uint32_t besideLine(double x, double y) const {
-        const double off = std::abs((x - m_axis.x) * m_axis.alongY - (y - m_axis.y) * m_axis.alongX);
         constexpr double all = 1.0; // of the pixel, for the other edge
-        return whole(beside(m_axis.radius - off) + all - 1.0);
+        return whole(beside(m_axis.radius - offLine(x - m_axis.x, y - m_axis.y)) + all - 1.0);
     }
 
 private:
     static std::uint32_t whole(double part) { return std::uint32_t(part * 255.0 + 0.5); }
-    double strip(double dx, double dy) const {
-        const double off = std::abs(dx * m_axis.alongY - dy * m_axis.alongX);
-        return beside(m_axis.radius - off) + beside(m_axis.radius + off) - 1.0;
-    }
+    // How far from the line's middle, measured across it.
+    double offLine(double dx, double dy) const { return std::abs(dx * m_axis.alongY - dy * m_axis.alongX); }
     // The share of a pixel on one side of an edge that its middle is `inside` of: a square cut by a line.
     double beside(double inside) const {
         // All of it is computed and then chosen: which of them it is nobody can foretell.
@@ -197,22 +195,22 @@ void drawRows(const CapsuleTarget target, const Axis& axis, int column, int line
             continue;
         }
         const Row<Opaque> row(target.pixels + j * target.stride, color);
+        // The full stretch, and what is measured on either side of it.
+        const auto draw = [&](double fullLeft, double fullRight, auto partAt) {
+            const int fullFrom = std::clamp(floored(fullLeft + 0.5) + column, from, to);
+            const int fullTo = std::clamp(floored(fullRight + 0.5) + column, fullFrom, to);
+            row.measured(from, fullFrom, column, partAt);
+            row.full(fullFrom, fullTo);
+            row.measured(fullTo, to, column, partAt);
+        };
         const auto at = [&](double x) { return coverage.at(x, y); };
         if (straight) {
-            const int fullFrom = std::clamp(floored(inner.straightLeft(y) + 0.5) + column, from, to);
-            const int fullTo = std::clamp(floored(inner.straightRight(y) + 0.5) + column, fullFrom, to);
-            const auto besideLine = [&](double x) { return coverage.besideLine(x, y); };
-            row.measured(from, fullFrom, column, besideLine);
-            row.full(fullFrom, fullTo);
-            row.measured(fullTo, to, column, besideLine);
-        } else if (innerRadius <= 0.0 || !inner.meets(y)) {
-            row.measured(from, to, column, at);
+            draw(inner.straightLeft(y), inner.straightRight(y),
+                 [&](double x) { return coverage.besideLine(x, y); });
+        } else if (innerRadius > 0.0 && inner.meets(y)) {
+            draw(inner.left(y), inner.right(y), at);
         } else {
-            const int fullFrom = std::clamp(floored(inner.left(y) + 0.5) + column, from, to);
-            const int fullTo = std::clamp(floored(inner.right(y) + 0.5) + column, fullFrom, to);
-            row.measured(from, fullFrom, column, at);
-            row.full(fullFrom, fullTo);
-            row.measured(fullTo, to, column, at);
+            row.measured(from, to, column, at);
         }
     }
 }

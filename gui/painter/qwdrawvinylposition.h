@@ -20,7 +20,7 @@ class RecordingLooperTraining;
 /// A picture of the record in the graph's upper left corner: the areas as slices, and a needle for each curve
 /// that shows where the record stands. It never shows by itself: the graph has it draw with its own painter.
 /// While nothing moves, a frame costs one small blit; what moves is drawn straight into the picture.
-/// draw() runs on the graph's drawing thread, the rest on the GUI thread.
+/// draw() and forgetNames() run on the graph's drawing thread, the rest on the GUI thread.
 class QWDrawVinylPosition : public QWidget {
     Q_OBJECT
 public:

@@ -173,7 +173,7 @@ private:
     void followAreas();
     void saveToColorFile(ModelGraph::EnumGraph deck, QPointer<SaveColorPhrasing>& dialog);
 
-    // A paint: what is shown is decided on the GUI thread, which then waits for the graph's own one to draw.
+    // A paint: what is shared is settled on the GUI thread, which then waits for the graph's own one to draw.
     void beginFrame();
     void drawFrame(QPainter& painter);
     /// Whether a paint event is for the window, not for another picture.
