@@ -2,13 +2,17 @@
 // A thick line with round caps, drawn straight into a picture. What the painter does with such a line is
 // exact too, but takes some ten times as long, and a graph has a thousand of them.
 
+#include <QPointF>
+#include <QRectF>
 #include <QRgb>
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 /// A piece of a picture in QImage::Format_ARGB32_Premultiplied. `left` to `bottom` is what may be drawn on,
-/// the last two exclusive; the shifts are added to whatever is drawn.
+/// the last two exclusive; the shifts are added to whatever is drawn. In rows that are drawn on, pixels
+/// beside it may be read and written again as they are.
 struct CapsuleTarget {
     std::uint32_t* pixels = nullptr; ///< of the picture's upper left corner
     std::ptrdiff_t stride = 0;       ///< pixels from row to row
@@ -28,7 +32,18 @@ struct Capsule {
     double x2 = 0.0;
     double y2 = 0.0;
     double width = 1.0; ///< at least 1
+    /// What is drawn of it: the cap before its start, the strip beside the line, the cap beyond its end. No
+    /// pixel belongs to two of them.
+    bool startCap = true;
+    bool strip = true;
+    bool endCap = true;
+    /// Where a line begins that ends at this one's start and has no cap there. Drawn is what lies between the
+    /// two, as a cap without an edge; the start should have no cap either. Both lines have a length.
+    std::optional<QPointF> before = std::nullopt;
 };
+
+/// Beyond it no pixel is drawn on.
+QRectF boundsOf(const Capsule& capsule);
 
 /// Draws over what is there. Every pixel takes as much of the colour as the line covers of it. Ends are
 /// rounded to 1/256 pixel, and what a pixel gets depends on nothing but where it lies relative to them: moved

@@ -5,6 +5,8 @@
 #include "curveline.h"
 #include "curvepen.h"
 
+#include <optional>
+
 /// A line as it is drawn.
 struct CurveStroke {
     Capsule capsule; ///< pixels of the widget
@@ -15,6 +17,9 @@ struct CurveStroke {
 struct CurveStrokes {
     std::array<CurveStroke, 3> strokes;
     std::size_t count = 0;
+    std::optional<CurveStroke> last() const {
+        return count > 0 ? std::optional(strokes[count - 1]) : std::nullopt;
+    }
     const CurveStroke* begin() const { return strokes.data(); }
     const CurveStroke* end() const { return strokes.data() + count; }
 };

@@ -36,8 +36,16 @@ bool samePoint(const CurvePoint& a, const CurvePoint& b) {
 } // namespace
 
 Capsule CurveLayer::Device::placed(const Capsule& capsule) const {
-    return {capsule.x1 * ratio + fraction.x(), capsule.y1 * ratio + fraction.y(),
-            capsule.x2 * ratio + fraction.x(), capsule.y2 * ratio + fraction.y(), capsule.width * ratio};
+    Capsule placed = capsule;
+    placed.x1 = capsule.x1 * ratio + fraction.x();
+    placed.y1 = capsule.y1 * ratio + fraction.y();
+    placed.x2 = capsule.x2 * ratio + fraction.x();
+    placed.y2 = capsule.y2 * ratio + fraction.y();
+    placed.width = capsule.width * ratio;
+    if (capsule.before) {
+        placed.before = *capsule.before * ratio + fraction;
+    }
+    return placed;
 }
 
 bool CurveLayer::Key::fits(const Key& other) const {
@@ -95,18 +103,23 @@ void CurveLayer::draw(const CurveScene& scene, const CurveExtract& curve, double
         const OnDevicePixels pixels(scene.painter);
         picture.picture.paintTo(scene.painter);
     }
-    if (const auto tail = line->tail()) {
-        drawTail(device, scene, curve, *tail);
-    }
+    drawTail(device, scene, curve, *line);
     if (scene.icons) {
         scene.icons->draw(scene.painter, shiniMarks(*line, scene.options.shini, scene.reverse));
     }
 }
 
 void CurveLayer::drawStep(ScrollPicture& picture, const Device& device, const CurveScene& scene,
-                          const CurveExtract& curve, const CurveStep& step, int before) {
-    for (const CurveStroke& stroke : m_drawing.strokes(scene, curve, step)) {
-        picture.draw(device.placed(stroke.capsule), stroke.color, before);
+                          const CurveExtract& curve, const CurveStep& step, int end, StrokeChain& chain) {
+    const auto draw = [&](const CurveStroke& stroke) {
+        picture.draw(device.placed(stroke.capsule), stroke.color, end);
+    };
+    const CurveStrokes strokes = m_drawing.strokes(scene, curve, step);
+    for (const CurveStroke& stroke : strokes) {
+        chain.add(stroke, draw);
+    }
+    if (strokes.count == 0) {
+        chain.close(draw); // what follows isn't the next stroke but the one after
     }
 }
 
@@ -115,12 +128,13 @@ void CurveLayer::drawAll(Picture& picture, const Device& device, const CurveScen
     picture.key.reset();
     picture.picture.reset(device.size);
     const int end = device.size.width();
+    StrokeChain chain;
     if (const auto entry = line.entry()) {
-        drawStep(picture.picture, device, scene, curve, *entry, end);
+        drawStep(picture.picture, device, scene, curve, *entry, end, chain);
     }
     const CurveWalk walk = line.walk();
     for (std::size_t i = walk.start + walk.stride; i <= *line.lastChosen(); i += walk.stride) {
-        drawStep(picture.picture, device, scene, curve, line.step(i), end);
+        drawStep(picture.picture, device, scene, curve, line.step(i), end, chain);
     }
 }
 
@@ -128,28 +142,41 @@ void CurveLayer::drawEntry(Picture& picture, const Device& device, const CurveSc
                            const CurveExtract& curve, const CurveLine& line, double seam) {
     const int before = int(std::lround(seam * device.ratio));
     picture.picture.clearBefore(before);
+    StrokeChain chain;
     if (const auto entry = line.entry()) {
-        drawStep(picture.picture, device, scene, curve, *entry, before);
+        drawStep(picture.picture, device, scene, curve, *entry, before, chain);
     }
     const CurveWalk walk = line.walk();
     const double reach = reachOf(scene.options);
     for (std::size_t i = walk.start + walk.stride;
          i <= *line.lastChosen() && line.column(i - walk.stride) - reach < seam; i += walk.stride) {
-        drawStep(picture.picture, device, scene, curve, line.step(i), before);
+        drawStep(picture.picture, device, scene, curve, line.step(i), before, chain);
     }
 }
 
-// In a picture of its own, as large as its lines: the next paint has another tail.
+std::optional<CurveStroke> CurveLayer::lastStroke(const CurveScene& scene, const CurveExtract& curve,
+                                                  const CurveLine& line) {
+    const auto last = line.lastChosen();
+    const auto step = last && *last > line.walk().start ? line.step(*last) : line.entry();
+    return step ? m_drawing.strokes(scene, curve, *step).last() : std::nullopt;
+}
+
+// In a picture of its own, as large as its lines: the next paint has another tail. It begins with what is
+// open at the end of the kept lines.
 void CurveLayer::drawTail(const Device& device, const CurveScene& scene, const CurveExtract& curve,
-                          const CurveStep& tail) {
-    const CurveStrokes strokes = m_drawing.strokes(scene, curve, tail);
+                          const CurveLine& line) {
+    StrokeChain chain(lastStroke(scene, curve, line));
+    std::vector<CurveStroke> strokes;
+    const auto draw = [&](const CurveStroke& stroke) { strokes.push_back(stroke); };
+    if (const auto tail = line.tail()) {
+        for (const CurveStroke& stroke : m_drawing.strokes(scene, curve, *tail)) {
+            chain.add(stroke, draw);
+        }
+    }
+    chain.close(draw);
     QRectF covered;
     for (const CurveStroke& stroke : strokes) {
-        const Capsule c = device.placed(stroke.capsule);
-        const double margin = c.width / 2.0 + 2.0;
-        covered |= QRectF(QPointF(std::min(c.x1, c.x2), std::min(c.y1, c.y2)),
-                          QPointF(std::max(c.x1, c.x2), std::max(c.y1, c.y2)))
-                       .adjusted(-margin, -margin, margin, margin);
+        covered |= boundsOf(device.placed(stroke.capsule));
     }
     const QRect area = covered.toAlignedRect() & QRect(QPoint(0, 0), device.size);
     if (area.isEmpty()) {
@@ -201,8 +228,12 @@ void CurveLayer::update(Picture& picture, const Key& key, const CurveScene& scen
         ++m_redraws;
     }
     const int end = key.device.size.width();
+    StrokeChain chain;
+    if (picture.lastDrawn > line.walk().start) { // else it lies left of the seam
+        chain = StrokeChain(m_drawing.strokes(scene, curve, line.step(picture.lastDrawn)).last());
+    }
     for (std::size_t i = picture.lastDrawn + key.stride; i <= last; i += key.stride) {
-        drawStep(picture.picture, key.device, scene, curve, line.step(i), end);
+        drawStep(picture.picture, key.device, scene, curve, line.step(i), end, chain);
     }
     picture.key = key;
     picture.lastDrawn = last;

@@ -2,6 +2,7 @@
 
 #include "curvedrawing.h"
 #include "scrollpicture.h"
+#include "strokechain.h"
 
 #include <array>
 #include <cstdint>
@@ -12,9 +13,10 @@
 /// drawing from scratch gives.
 ///
 /// The plot has four parts. The kept picture holds the lines between chosen points. At its left edge the line
-/// enters at the first visible point, which changes with every move: up to a seam the curve is drawn anew. At
-/// its end the tail leads from the last chosen point to the newest one: it is drawn above the rest. The icons
-/// at the cuts lie above all lines; they are few and drawn at every paint.
+/// enters at the first visible point, which changes with every move: up to a seam the curve is drawn anew.
+/// Its end has no cap, since a line will follow. The tail leads from the last chosen point to the newest one:
+/// it is drawn above the rest. The icons at the cuts lie above all lines; they are few and drawn at every
+/// paint.
 class CurveLayer {
 public:
     /// `offset` moves the positions of the normal display.
@@ -64,10 +66,14 @@ private:
                    const CurveLine& line, double seam);
     void drawAll(Picture& picture, const Device& device, const CurveScene& scene, const CurveExtract& curve,
                  const CurveLine& line);
+    /// Of the kept lines.
+    std::optional<CurveStroke> lastStroke(const CurveScene& scene, const CurveExtract& curve,
+                                          const CurveLine& line);
     void drawTail(const Device& device, const CurveScene& scene, const CurveExtract& curve,
-                  const CurveStep& tail);
+                  const CurveLine& line);
+    /// The columns before `end` of it.
     void drawStep(ScrollPicture& picture, const Device& device, const CurveScene& scene,
-                  const CurveExtract& curve, const CurveStep& step, int before);
+                  const CurveExtract& curve, const CurveStep& step, int end, StrokeChain& chain);
     static bool scroll(Picture& picture, const Key& key, const CurveExtract& curve, std::size_t lastChosen);
 
     CurveDrawing m_drawing;

@@ -70,12 +70,12 @@ void ScrollPicture::clearBefore(int to) {
 
 void ScrollPicture::draw(const Capsule& capsule, QRgb premultiplied, int to) {
     const int end = m_origin + std::min(to, m_size.width());
-    const double margin = capsule.width / 2.0 + 2.0;
-    const double left = std::min(capsule.x1, capsule.x2) - margin + m_origin;
-    const double right = std::max(capsule.x1, capsule.x2) + margin + m_origin;
+    const QRectF bounds = boundsOf(capsule);
+    const double left = bounds.left() + m_origin;
+    const double right = bounds.right() + m_origin;
     const double height = m_size.height();
-    const int top = int(std::clamp(std::min(capsule.y1, capsule.y2) - margin, 0.0, height));
-    const int bottom = int(std::clamp(std::max(capsule.y1, capsule.y2) + margin, 0.0, height));
+    const int top = int(std::clamp(bounds.top(), 0.0, height));
+    const int bottom = int(std::clamp(bounds.bottom(), 0.0, height));
     if (!(right > 0.0) || left >= end || top >= bottom) {
         return;
     }

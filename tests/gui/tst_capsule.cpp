@@ -109,6 +109,24 @@ Difference between(const QImage& a, const QImage& b) {
     return result;
 }
 
+// Of a white line through three points, drawn as two that are joined.
+QImage bent(QPointF a, QPointF b, QPointF c, double width, const QColor& color = Qt::white) {
+    QImage image = canvas();
+    const QRgb pixel = qPremultiply(color.rgba());
+    Capsule first{a.x(), a.y(), b.x(), b.y(), width};
+    first.endCap = false;
+    Capsule second{b.x(), b.y(), c.x(), c.y(), width};
+    second.startCap = false;
+    second.before = a;
+    drawCapsule(whole(image), first, pixel);
+    drawCapsule(whole(image), second, pixel);
+    return image;
+}
+
+int alphaAt(const QImage& image, int x, int y) {
+    return qAlpha(reinterpret_cast<const QRgb*>(image.constScanLine(y))[x]);
+}
+
 class Lines {
 public:
     explicit Lines(unsigned seed) : m_random(seed) {}
@@ -247,6 +265,117 @@ private Q_SLOTS:
                      drawn(line, QColor(255, 200, 0)).copy(20, 20, 120, 120));
         }
     }
+    void itsThreePartsAreTheLine() {
+        Lines lines(13);
+        for (int i = 0; i < 200; ++i) {
+            const Capsule line = lines.next(1.0 + i % 20);
+            for (const QColor& color : {QColor(Qt::yellow), QColor(255, 200, 0, 90)}) {
+                QImage parts = canvas();
+                for (int part = 0; part < 3; ++part) {
+                    Capsule one = line;
+                    one.startCap = part == 0;
+                    one.strip = part == 1;
+                    one.endCap = part == 2;
+                    drawCapsule(whole(parts), one, qPremultiply(color.rgba()));
+                }
+                QCOMPARE(parts, drawn(line, color));
+            }
+        }
+    }
+    void noPixelLiesBeyondTheBounds() {
+        Lines lines(17);
+        for (int i = 0; i < 200; ++i) {
+            Capsule line = lines.next(1.0 + i % 20);
+            line.startCap = i % 2 == 0;
+            line.strip = i % 3 == 0;
+            const QImage image = drawn(line, Qt::white);
+            const QRectF bounds = boundsOf(line);
+            for (int y = 0; y < side; ++y) {
+                for (int x = 0; x < side; ++x) {
+                    QVERIFY(alphaAt(image, x, y) == 0 || bounds.contains(QRectF(x, y, 1.0, 1.0)));
+                }
+            }
+        }
+    }
+    // Every direction whose ends cut through the middles of pixels is among them.
+    void aStraightJointDoesntShow() {
+        const QPointF middle(80.0, 80.0);
+        for (const double width : {1.0, 3.0, 8.0, 9.5}) {
+            for (int x = -6; x <= 6; ++x) {
+                for (int y = -6; y <= 6; ++y) {
+                    if (x == 0 && y == 0) {
+                        continue;
+                    }
+                    const QPointF step(x, y);
+                    const QPointF start = middle - 3.0 * step;
+                    const QPointF end = middle + 5.0 * step;
+                    const QImage joined = bent(start, middle, end, width);
+                    const QImage whole = drawn({start.x(), start.y(), end.x(), end.y(), width}, Qt::white);
+                    const int largest = between(joined, whole).largest;
+                    QVERIFY2(largest <= 1,
+                             qPrintable(QStringLiteral("%1 by %2: %3").arg(x).arg(y).arg(largest)));
+                }
+            }
+        }
+    }
+    // What is missing would be a hole or a notch; on the inner side of the corner the edges of both are
+    // mixed.
+    void aJointFillsWhatLiesBetweenTheLines_data() { widths(1.0); }
+    void aJointFillsWhatLiesBetweenTheLines() {
+        QFETCH(double, width);
+        Lines lines(19);
+        for (int i = 0; i < 40; ++i) {
+            const Capsule a = lines.next(width);
+            Capsule b = lines.next(width);
+            b.x1 = a.x2;
+            b.y1 = a.y2;
+            if (i % 5 == 0) { // back the way it came
+                b.x2 = a.x1;
+                b.y2 = a.y1;
+            }
+            if ((a.x1 == a.x2 && a.y1 == a.y2) || (b.x1 == b.x2 && b.y1 == b.y2)) {
+                continue;
+            }
+            const QImage joined = bent({a.x1, a.y1}, {a.x2, a.y2}, {b.x2, b.y2}, width);
+            const QImage one = sampled(a);
+            const QImage two = sampled(b);
+            const int slack = width < 2.0 ? 40 : 24;
+            for (int y = 0; y < side; ++y) {
+                for (int x = 0; x < side; ++x) {
+                    const int first = alphaAt(one, x, y);
+                    const int second = alphaAt(two, x, y);
+                    const int there = alphaAt(joined, x, y);
+                    QVERIFY(there >= std::max(first, second) - slack);
+                    QVERIFY(there <= std::min(first + second, 255) + slack);
+                }
+            }
+        }
+    }
+    void aJointThatIsMovedOrCutHasTheSamePixels() {
+        Lines lines(23);
+        for (int i = 0; i < 200; ++i) {
+            const double width = 1.0 + i % 12;
+            const Capsule a = lines.next(width);
+            Capsule line = lines.next(width);
+            line.x1 = a.x2;
+            line.y1 = a.y2;
+            line.startCap = false;
+            line.before = QPointF(a.x1, a.y1);
+            const QImage all = drawn(line, Qt::yellow);
+            const int dx = i % 23 - 11;
+            const int dy = i % 17 - 8;
+            QImage pieces = canvas();
+            for (int piece = 0; piece < 4; ++piece) {
+                CapsuleTarget target = whole(pieces);
+                target.shiftX = dx;
+                target.shiftY = dy;
+                (piece % 2 == 0 ? target.right : target.left) = 60 + i % 40;
+                (piece < 2 ? target.bottom : target.top) = 70 + i % 30;
+                drawCapsule(target, line, qPremultiply(QColor(Qt::yellow).rgba()));
+            }
+            QCOMPARE(pieces.copy(20 + dx, 20 + dy, 120, 120), all.copy(20, 20, 120, 120));
+        }
+    }
     void aCutLineHasThePixelsOfTheWholeOne() {
         Lines lines(11);
         for (int i = 0; i < 200; ++i) {
@@ -266,6 +395,20 @@ private Q_SLOTS:
             below.bottom = side;
             drawCapsule(below, line, qPremultiply(QColor(Qt::yellow).rgba()));
             QCOMPARE(pieces, all);
+        }
+    }
+    void aPictureMayBeNarrowerThanFourPixels() {
+        Lines lines(29);
+        for (int i = 0; i < 120; ++i) {
+            const Capsule line = lines.next(1.0 + i % 20);
+            const int wide = 1 + i % 4;
+            const int left = 50 + i % 60;
+            QImage narrow(wide, side, QImage::Format_ARGB32_Premultiplied);
+            narrow.fill(Qt::transparent);
+            CapsuleTarget target = whole(narrow);
+            target.shiftX = -left;
+            drawCapsule(target, line, qPremultiply(QColor(Qt::yellow).rgba()));
+            QCOMPARE(narrow, drawn(line, Qt::yellow).copy(left, 0, wide, side));
         }
     }
     void nothingIsDrawnBeyondTheTarget() {
