@@ -74,6 +74,7 @@ struct Record {
     QCurve secondaryCurve{ModelGraph::INPUT_1, secondary};
     ManagePhrasing areas{ModelGraph::INPUT_DECKA};
     QWDrawVinylPosition disc{&mainCurve, &secondaryCurve, &areas, nullptr};
+    LabelCache names;
 
     Record() {
         Singleton::instance().recordingLooperTraining()->setActivatedMode(ModelActivatedMode::Training);
@@ -99,7 +100,8 @@ struct Record {
 
 void discStill(benchmark::State& state) {
     Record record;
-    drawFrames(state, [&](QPainter& painter) { record.disc.draw(painter, 100.0 * pointStep, true); });
+    drawFrames(state,
+               [&](QPainter& painter) { record.disc.draw(painter, 100.0 * pointStep, true, record.names); });
 }
 
 void discTurning(benchmark::State& state) {
@@ -107,7 +109,7 @@ void discTurning(benchmark::State& state) {
     int point = 0;
     drawFrames(state, [&](QPainter& painter) {
         point = (point + 1) % anglePoints;
-        record.disc.draw(painter, (point + 0.5) * pointStep, true);
+        record.disc.draw(painter, (point + 0.5) * pointStep, true, record.names);
     });
 }
 
@@ -116,7 +118,7 @@ void needlesTurning(benchmark::State& state) {
     int point = 0;
     drawFrames(state, [&](QPainter& painter) {
         point = (point + 1) % anglePoints;
-        record.disc.draw(painter, (point + 0.5) * pointStep, false);
+        record.disc.draw(painter, (point + 0.5) * pointStep, false, record.names);
     });
 }
 

@@ -30,3 +30,9 @@ private:
     int m_dotsPerInch = 0;
     unsigned m_layouts = 0;
 };
+
+/// What one thread has laid out of a graph's texts.
+struct GraphLabels {
+    LabelCache grid;  ///< and the cursor's
+    LabelCache names; ///< of the areas
+};

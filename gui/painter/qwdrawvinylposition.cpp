@@ -170,7 +170,7 @@ QWDrawVinylPosition::QWDrawVinylPosition(const QCurve* mainCurve, const QCurve* 
     hide(); // stays so when the graph is shown
 }
 
-void QWDrawVinylPosition::draw(QPainter& painter, double time, bool rotate) {
+void QWDrawVinylPosition::draw(QPainter& painter, double time, bool rotate, LabelCache& names) {
     const Position main = position(*m_mainCurve, time, m_mode.modeRun());
     const Position secondary = position(*m_secondaryCurve, time, false);
     const bool withSecondary = m_training.activatedMode() != ModelActivatedMode::Looper;
@@ -181,10 +181,10 @@ void QWDrawVinylPosition::draw(QPainter& painter, double time, bool rotate) {
         painter.drawImage(m_corner, m_picture);
     }
     if (withSecondary && secondary.soundOn) {
-        drawAreaName(painter, m_secondaryCurve->graphName(), secondary, secondaryNameTop);
+        drawAreaName(painter, names, m_secondaryCurve->graphName(), secondary, secondaryNameTop);
     }
     if (main.soundOn) {
-        drawAreaName(painter, m_mainCurve->graphName(), main, mainNameTop);
+        drawAreaName(painter, names, m_mainCurve->graphName(), main, mainNameTop);
     }
 }
 
@@ -294,7 +294,7 @@ void QWDrawVinylPosition::compose(const Look& look, bool all) {
     }
 }
 
-void QWDrawVinylPosition::drawAreaName(QPainter& painter, ModelGraph::EnumGraph item,
+void QWDrawVinylPosition::drawAreaName(QPainter& painter, LabelCache& names, ModelGraph::EnumGraph item,
                                        const Position& position, int top) {
     int index = -1;
     const QPhrasing* area = m_colorAreas->areaAt(position.point.angle, index);
@@ -310,6 +310,6 @@ void QWDrawVinylPosition::drawAreaName(QPainter& painter, ModelGraph::EnumGraph 
     painter.setPen(curveColorInArea(item, area->color()));
     const QRect place(QPoint(45, top), QPoint(625, top + 40));
     painter.setClipRect(place, Qt::IntersectClip);
-    m_names.draw(painter, place, Qt::AlignLeft, area->label());
+    names.draw(painter, place, Qt::AlignLeft, area->label());
     painter.restore();
 }

@@ -20,7 +20,7 @@ class RecordingLooperTraining;
 /// A picture of the record in the graph's upper left corner: the areas as slices, and a needle for each curve
 /// that shows where the record stands. It never shows by itself: the graph has it draw with its own painter.
 /// While nothing moves, a frame costs one small blit; what moves is drawn straight into the picture.
-/// draw() and forgetNames() run on the graph's drawing thread, the rest on the GUI thread.
+/// draw() runs on the thread that draws the graph, the rest on the GUI thread.
 class QWDrawVinylPosition : public QWidget {
     Q_OBJECT
 public:
@@ -30,9 +30,8 @@ public:
 
     /// Where the records stand at `time` (frames); the main one where it is now, while a session runs.
     /// `rotate`: the slices turn and the main needle stays at the top, instead of the other way round.
-    void draw(QPainter& painter, double time, bool rotate);
-    /// Lets go of the fonts of the thread that calls this.
-    void forgetNames() { m_names = {}; }
+    /// `names`: those of the thread that calls this.
+    void draw(QPainter& painter, double time, bool rotate, LabelCache& names);
 
     /// How often the slices and the whole picture were built.
     unsigned discsBuilt() const { return m_discsBuilt; }
@@ -62,7 +61,8 @@ private:
     void compose(const Look& look, bool all);
     /// The pixels of the picture that the needles may touch.
     QRect needlePixels(const Look& look) const;
-    void drawAreaName(QPainter& painter, ModelGraph::EnumGraph item, const Position& position, int top);
+    void drawAreaName(QPainter& painter, LabelCache& names, ModelGraph::EnumGraph item,
+                      const Position& position, int top);
 
     const Mode& m_mode;
     const RecordingLooperTraining& m_training;
@@ -82,5 +82,4 @@ private:
     bool m_overlayDirty = true;
     unsigned m_discsBuilt = 0;
     unsigned m_picturesBuilt = 0;
-    LabelCache m_names;
 };

@@ -75,10 +75,7 @@ QWPainter::QWPainter(ModelGraph::EnumGraph deckName, ModelGraph::EnumGraph secon
 QWPainter::~QWPainter() {
     // Fonts belong to the thread that laid texts out with them.
     if (m_drawing.used()) {
-        m_drawing.start([this] {
-            m_labels = {};
-            m_vinylPosition->forgetNames();
-        });
+        m_drawing.start([this] { m_threadLabels = {}; });
     }
 }
 

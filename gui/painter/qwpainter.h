@@ -40,8 +40,8 @@ class Setting;
 class Time;
 
 /// The graph of one deck: what the hand does to the record, over time in sample frames of the deck, with the
-/// live curve above a reference. It repaints at the pulse of the display. GUI thread; all that a frame shows
-/// is drawn on the graph's own thread, for which the GUI thread waits.
+/// live curve above a reference. It repaints at the pulse of the display. GUI thread; where the other deck's
+/// graph repaints too, each of the two is drawn on a thread of its own, for which the GUI thread waits.
 class QWPainter : public QWidget {
     Q_OBJECT
 public:
@@ -173,9 +173,9 @@ private:
     void followAreas();
     void saveToColorFile(ModelGraph::EnumGraph deck, QPointer<SaveColorPhrasing>& dialog);
 
-    // A paint: what is shared is settled on the GUI thread, which then waits for the graph's own one to draw.
+    // A paint: what is shared is settled on the GUI thread. Then that one draws or waits for the graph's own.
     void beginFrame();
-    void drawFrame(QPainter& painter);
+    void drawFrame(QPainter& painter, GraphLabels& labels);
     /// Whether a paint event is for the window, not for another picture.
     bool paintsWindow() const;
     /// Whether the companion has to be painted in this paint of the window too.
@@ -187,14 +187,17 @@ private:
     bool followCursor();
     void collectExtremes();
     void chooseYRange();
-    void drawLogo(QPainter& painter);
+    /// The logo on it is opaque: what lies below it isn't filled first.
+    void drawGround(QPainter& painter, bool logo);
+    void scaleLogo(double ratio);
     void drawWave(QPainter& painter);
     void drawSideMarkers(QPainter& painter, const CurvePoint& main) const;
     void drawTagNumber(QPainter& painter) const;
-    void drawBeatGrid(QPainter& painter, const GraphScale& scale, const GraphOptions& options);
+    void drawBeatGrid(QPainter& painter, const GraphScale& scale, const GraphOptions& options,
+                      LabelCache& labels);
     void drawTrouble(QPainter& painter) const;
     void drawCurves(const CurveScene& scene);
-    void drawCursor(QPainter& painter, const GraphScale& scale);
+    void drawCursor(QPainter& painter, const GraphScale& scale, LabelCache& labels);
     void drawCountIn(QPainter& painter) const;
     void holdScroll();
 
@@ -233,7 +236,8 @@ private:
     int m_currentArea = -1;
     AreaColors m_areaColors; ///< of m_colorAreas, as of this paint
     ShiniIcons m_shiniIcons;
-    LabelCache m_labels; ///< of grid and cursor
+    GraphLabels m_labels;       ///< of the GUI thread
+    GraphLabels m_threadLabels; ///< of the drawing thread
     WaveBars m_waveBars;
     CurveLayer m_secondaryLayer;
     CurveLayer m_mainLayer;

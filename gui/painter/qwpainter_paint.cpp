@@ -73,10 +73,12 @@ void QWPainter::paintEvent(QPaintEvent*) {
     if (beside) {
         m_companion->startDrawingOn(std::move(*beside));
     }
-    m_drawing.start([this, &painter] { drawFrame(painter); });
-    m_drawing.finish();
     if (beside) {
+        m_drawing.start([this, &painter] { drawFrame(painter, m_threadLabels); });
+        m_drawing.finish();
         m_companion->finishDrawing();
+    } else {
+        drawFrame(painter, m_labels); // nothing is gained by handing it over
     }
     holdScroll();
     if (beside) {
@@ -107,7 +109,7 @@ void QWPainter::startDrawingOn(WindowPart part) {
     m_partPainter->setFont(QFont(font(), this));
     m_partPainter->setLayoutDirection(layoutDirection());
     m_partPainter->translate(m_part.corner);
-    m_drawing.start([this] { drawFrame(*m_partPainter); });
+    m_drawing.start([this] { drawFrame(*m_partPainter, m_threadLabels); });
 }
 
 void QWPainter::finishDrawing() {
@@ -128,27 +130,24 @@ void QWPainter::beginFrame() {
     m_ground = palette().window();
 }
 
-void QWPainter::drawFrame(QPainter& painter) {
-    painter.fillRect(rect(), m_ground);
+void QWPainter::drawFrame(QPainter& painter, GraphLabels& labels) {
+    const GraphOptions& options = m_optionCache.options();
+    drawGround(painter, options.logo);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     const GraphScale scale(m_layout, m_x, m_y, m_following);
-    const GraphOptions& options = m_optionCache.options();
 
-    if (options.logo) {
-        drawLogo(painter);
-    }
     drawWave(painter);
     drawTagNumber(painter);
     if (options.grid) {
-        drawBeatGrid(painter, scale, options);
+        drawBeatGrid(painter, scale, options, labels.grid);
     }
     drawTrouble(painter);
     drawCurves({painter, scale, options, QRectF(rect()), m_mode.displayMode(), &m_areaColors,
                 m_layout.hasDirectWave() ? m_wavePainter->wavePairs() : std::span<const WavePair>(),
                 &m_shiniIcons, m_mode.modeReverse()});
-    drawCursor(painter, scale);
+    drawCursor(painter, scale, labels.grid);
     if (options.vinylPosition) {
-        m_vinylPosition->draw(painter, m_cursorTime, options.vinylColorRotation);
+        m_vinylPosition->draw(painter, m_cursorTime, options.vinylColorRotation, labels.names);
     }
     drawCountIn(painter);
 }
@@ -184,25 +183,35 @@ void QWPainter::chooseYRange() {
               : followingYRange(m_y, {m_autoresize.minValue(), m_autoresize.maxValue()});
 }
 
-void QWPainter::drawLogo(QPainter& painter) {
-    if (m_logoSource.isNull()) {
+void QWPainter::drawGround(QPainter& painter, bool logo) {
+    const DevicePixels device(painter); // also of an image that the graph is rendered to
+    const OnDevicePixels onPixels(painter);
+    QRegion ground(device.pixels(rect()));
+    if (logo && !m_logoSource.isNull()) {
+        scaleLogo(device.ratio());
+        const QPointF corner = QPointF(logoLeft, m_layout.plotBottom - logoAbovePlotBottom) * device.ratio();
+        const QPoint place(qRound(corner.x()), qRound(corner.y()) - m_logo.height());
+        painter.drawImage(place, m_logo);
+        ground -= QRect(place, m_logo.size()); // it brings its own
+    }
+    for (const QRect& part : ground) {
+        painter.fillRect(part, m_ground);
+    }
+}
+
+void QWPainter::scaleLogo(double ratio) {
+    const double room = m_layout.plotHeight - logoAbovePlotBottom; // a low graph has a small logo
+    const int side = static_cast<int>(std::lround(std::clamp(room, 1.0, logoSide) * ratio));
+    const QColor ground = m_ground.color();
+    if (std::max(m_logo.width(), m_logo.height()) == side && m_logoGround == ground) {
         return;
     }
-    const DevicePixels device(painter); // also of an image that the graph is rendered to
-    const double room = m_layout.plotHeight - logoAbovePlotBottom; // a low graph has a small logo
-    const int side = static_cast<int>(std::lround(std::clamp(room, 1.0, logoSide) * device.ratio()));
-    const QColor ground = m_ground.color();
-    if (std::max(m_logo.width(), m_logo.height()) != side || m_logoGround != ground) {
-        // On its ground, which is all that lies below it: an opaque picture is laid down at once.
-        const QImage logo = m_logoSource.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-        m_logo = QImage(logo.size(), QImage::Format_RGB32);
-        m_logo.fill(ground);
-        QPainter(&m_logo).drawImage(0, 0, logo);
-        m_logoGround = ground;
-    }
-    const QPointF corner = QPointF(logoLeft, m_layout.plotBottom - logoAbovePlotBottom) * device.ratio();
-    const OnDevicePixels onPixels(painter);
-    painter.drawImage(qRound(corner.x()), qRound(corner.y()) - m_logo.height(), m_logo);
+    // On its ground, which is all that lies below it: an opaque picture is laid down at once.
+    const QImage logo = m_logoSource.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    m_logo = QImage(logo.size(), QImage::Format_RGB32);
+    m_logo.fill(ground);
+    QPainter(&m_logo).drawImage(0, 0, logo);
+    m_logoGround = ground;
 }
 
 void QWPainter::drawTagNumber(QPainter& painter) const {
@@ -214,7 +223,8 @@ void QWPainter::drawTagNumber(QPainter& painter) const {
                      QString::number(m_tagNumber));
 }
 
-void QWPainter::drawBeatGrid(QPainter& painter, const GraphScale& scale, const GraphOptions& options) {
+void QWPainter::drawBeatGrid(QPainter& painter, const GraphScale& scale, const GraphOptions& options,
+                             LabelCache& labels) {
     drawGrid(painter, {.scale = scale,
                        .layout = m_layout,
                        .width = width(),
@@ -226,7 +236,7 @@ void QWPainter::drawBeatGrid(QPainter& painter, const GraphScale& scale, const G
                        .bpmEffective = m_training.bpmEffective(),
                        .ground = m_ground.color(),
                        .latencyText = options.latency ? std::optional(m_latencyText) : std::nullopt,
-                       .labels = m_labels});
+                       .labels = labels});
 }
 
 void QWPainter::drawTrouble(QPainter& painter) const {
@@ -267,7 +277,7 @@ void QWPainter::drawCurves(const CurveScene& scene) {
     }
 }
 
-void QWPainter::drawCursor(QPainter& painter, const GraphScale& scale) {
+void QWPainter::drawCursor(QPainter& painter, const GraphScale& scale, LabelCache& labels) {
     const int x = truncated(scale.mapX(m_cursorTime));
     if (x < -captionReach || x > width() + captionReach) {
         return;
@@ -284,12 +294,12 @@ void QWPainter::drawCursor(QPainter& painter, const GraphScale& scale) {
     const qsizetype point = text.indexOf(u'.');
     const QString beats = point < 0 ? text : text.first(point);
     const QString hundredths = point < 0 ? QString() : text.sliced(point);
-    const double beatsWidth = m_labels.width(painter, beats);
-    const double left = x - (beatsWidth + m_labels.width(painter, hundredths)) / 2.0;
+    const double beatsWidth = labels.width(painter, beats);
+    const double left = x - (beatsWidth + labels.width(painter, hundredths)) / 2.0;
     const auto flags = Qt::AlignLeft | Qt::AlignBottom;
     const double height = m_layout.labelBottom - bottom;
-    m_labels.draw(painter, QRectF(left, bottom, captionReach, height), flags, beats);
-    m_labels.draw(painter, QRectF(left + beatsWidth, bottom, captionReach, height), flags, hundredths);
+    labels.draw(painter, QRectF(left, bottom, captionReach, height), flags, beats);
+    labels.draw(painter, QRectF(left + beatsWidth, bottom, captionReach, height), flags, hundredths);
 }
 
 void QWPainter::holdScroll() {

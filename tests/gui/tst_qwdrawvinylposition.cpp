@@ -47,7 +47,7 @@ struct Disc {
         painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
         painter.translate(corner);
         const QTransform before = painter.transform();
-        disc.draw(painter, time, rotate);
+        disc.draw(painter, time, rotate, names);
         stateKept = painter.transform() == before && painter.testRenderHint(QPainter::Antialiasing);
         return image;
     }
@@ -58,6 +58,7 @@ struct Disc {
     QCurve secondaryCurve;
     ManagePhrasing areas{ModelGraph::INPUT_DECKA};
     QWDrawVinylPosition disc{&mainCurve, &secondaryCurve, &areas, nullptr};
+    LabelCache names;
     bool stateKept = false;
 };
 
