@@ -37,7 +37,7 @@ constexpr double endless = 1e9; // beyond all columns
 
 // The column behind all pixels whose middles lie up to x.
 int columnAfter(double x) {
-    constexpr double far = 500'000.0;
+    constexpr double far = 1'000'000.0;
     return floored(std::clamp(x, -far, far) + 0.5);
 }
 
@@ -112,7 +112,7 @@ private:
     // Where the ends, at right angles to the line, cut a row.
     Ends ends(double ownY) const {
         if (endX == x) {
-            return {inTarget(ownY > y ? -endless : endless), inTarget(ownY < endY ? endless : -endless)};
+            return {inTarget(ownY > y ? -endless : endless), inTarget(ownY <= endY ? endless : -endless)};
         }
         return {inTarget(x - cut(ownY - y)), inTarget(endX - cut(ownY - endY))};
     }
@@ -222,16 +222,15 @@ private:
 
 // A run is a few pixels long: four at a time, the last four over some that have it already.
 void fillRun(std::uint32_t* pixels, int count, std::uint32_t color) {
-    constexpr int step = 4;
-    const std::array<std::uint32_t, step> four{color, color, color, color};
-    if (count < step) {
+    const std::array<std::uint32_t, lanes> four{color, color, color, color};
+    if (count < lanes) {
         std::fill_n(pixels, std::max(count, 0), color);
         return;
     }
-    for (int i = 0; i < count - step; i += step) {
+    for (int i = 0; i < count - lanes; i += lanes) {
         std::memcpy(pixels + i, four.data(), sizeof four);
     }
-    std::memcpy(pixels + count - step, four.data(), sizeof four);
+    std::memcpy(pixels + count - lanes, four.data(), sizeof four);
 }
 
 // What a colour does to the pixels of a row.
@@ -244,7 +243,7 @@ public:
     }
     // Two pixels that lie side by side, and two others.
     void mix(std::uint32_t* two, std::uint32_t* others, Parts parts) const {
-        if (Opaque) {
+        if constexpr (Opaque) {
             m_four.mix(two, others, parts);
             return;
         }
@@ -254,7 +253,7 @@ public:
         mix(others[1], std::uint32_t(parts[3]));
     }
     void fill(std::uint32_t* pixels, int count) const {
-        if (Opaque) {
+        if constexpr (Opaque) {
             fillRun(pixels, count, m_color);
             return;
         }
@@ -374,7 +373,9 @@ private:
             }
         }
         const Columns full = Columns{from + 2, to - 2}.within(m_all);
-        m_ink.fill(pixels + full.from, full.to - full.from);
+        if (!full.empty()) {
+            m_ink.fill(pixels + full.from, full.to - full.from);
+        }
     }
 
     void stripRow(int j, Columns allowed) const {

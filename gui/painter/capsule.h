@@ -38,7 +38,8 @@ struct Capsule {
     bool strip = true;
     bool endCap = true;
     /// Where a line begins that ends at this one's start and has no cap there. Drawn is what lies between the
-    /// two, as a cap without an edge; the start should have no cap either. Both lines have a length.
+    /// two, as a cap without an edge; the start should have no cap either. A line of no length counts as one
+    /// that points down.
     std::optional<QPointF> before = std::nullopt;
 };
 

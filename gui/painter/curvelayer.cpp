@@ -148,16 +148,18 @@ void CurveLayer::drawEntry(Picture& picture, const Device& device, const CurveSc
     }
     const CurveWalk walk = line.walk();
     const double reach = reachOf(scene.options);
-    for (std::size_t i = walk.start + walk.stride;
-         i <= *line.lastChosen() && line.column(i - walk.stride) - reach < seam; i += walk.stride) {
+    for (std::size_t i = walk.start + walk.stride; i <= *line.lastChosen(); i += walk.stride) {
         drawStep(picture.picture, device, scene, curve, line.step(i), before, chain);
+        if (line.column(i - walk.stride) - reach >= seam) {
+            break; // it was one too many, but for the end before it, which may lie anywhere between two
+                   // points
+        }
     }
 }
 
 std::optional<CurveStroke> CurveLayer::lastStroke(const CurveScene& scene, const CurveExtract& curve,
-                                                  const CurveLine& line) {
-    const auto last = line.lastChosen();
-    const auto step = last && *last > line.walk().start ? line.step(*last) : line.entry();
+                                                  const CurveLine& line, std::size_t point) {
+    const auto step = point > line.walk().start ? line.step(point) : line.entry();
     return step ? m_drawing.strokes(scene, curve, *step).last() : std::nullopt;
 }
 
@@ -165,7 +167,8 @@ std::optional<CurveStroke> CurveLayer::lastStroke(const CurveScene& scene, const
 // open at the end of the kept lines.
 void CurveLayer::drawTail(const Device& device, const CurveScene& scene, const CurveExtract& curve,
                           const CurveLine& line) {
-    StrokeChain chain(lastStroke(scene, curve, line));
+    const auto last = line.lastChosen();
+    StrokeChain chain(last ? lastStroke(scene, curve, line, *last) : std::nullopt);
     std::vector<CurveStroke> strokes;
     const auto draw = [&](const CurveStroke& stroke) { strokes.push_back(stroke); };
     if (const auto tail = line.tail()) {
@@ -228,10 +231,7 @@ void CurveLayer::update(Picture& picture, const Key& key, const CurveScene& scen
         ++m_redraws;
     }
     const int end = key.device.size.width();
-    StrokeChain chain;
-    if (picture.lastDrawn > line.walk().start) { // else it lies left of the seam
-        chain = StrokeChain(m_drawing.strokes(scene, curve, line.step(picture.lastDrawn)).last());
-    }
+    StrokeChain chain(lastStroke(scene, curve, line, picture.lastDrawn));
     for (std::size_t i = picture.lastDrawn + key.stride; i <= last; i += key.stride) {
         drawStep(picture.picture, key.device, scene, curve, line.step(i), end, chain);
     }

@@ -66,9 +66,9 @@ private:
                    const CurveLine& line, double seam);
     void drawAll(Picture& picture, const Device& device, const CurveScene& scene, const CurveExtract& curve,
                  const CurveLine& line);
-    /// Of the kept lines.
+    /// Of what leads to a chosen point.
     std::optional<CurveStroke> lastStroke(const CurveScene& scene, const CurveExtract& curve,
-                                          const CurveLine& line);
+                                          const CurveLine& line, std::size_t point);
     void drawTail(const Device& device, const CurveScene& scene, const CurveExtract& curve,
                   const CurveLine& line);
     /// The columns before `end` of it.

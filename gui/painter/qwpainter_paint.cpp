@@ -72,8 +72,6 @@ void QWPainter::paintEvent(QPaintEvent*) {
     auto beside = together ? windowPart(*m_companion) : std::nullopt;
     if (beside) {
         m_companion->startDrawingOn(std::move(*beside));
-    }
-    if (beside) {
         m_drawing.start([this, &painter] { drawFrame(painter, m_threadLabels); });
         m_drawing.finish();
         m_companion->finishDrawing();

@@ -12,7 +12,7 @@ std::optional<WindowPart> windowPart(const QWidget& widget) {
         return std::nullopt;
     }
     auto& window = static_cast<QImage&>(*device);
-    const double ratio = window.devicePixelRatio();
+    const double ratio = device->devicePixelRatio(); // as painters have it: the image's own is a little off
     const QPoint corner = widget.mapTo(widget.window(), QPoint());
     const auto onDevice = [ratio](QPoint at) {
         return QPoint(qRound(at.x() * ratio), qRound(at.y() * ratio));

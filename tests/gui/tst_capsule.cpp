@@ -177,6 +177,25 @@ private Q_SLOTS:
         QCOMPARE(image.pixelColor(70, 48).alpha(), 0);
         QCOMPARE(image.pixelColor(70, 51).alpha(), 0);
     }
+    void theMiddleRowOfADiscIsMixedOnce() {
+        for (const double width : {2.5, 9.0, 40.0}) {
+            const QImage onRow = drawn({60.5, 60.5, 60.5, 60.5, width}, Qt::white);
+            for (int x = 0; x < side; ++x) { // a disc is as wide as it is high
+                QCOMPARE(alphaAt(onRow, x, 60), alphaAt(onRow, 60, x));
+            }
+        }
+    }
+    void theEndsMayLieAsFarOffAsPromised() {
+        constexpr double far = 250'000.0;
+        for (const bool left : {false, true}) {
+            QImage image = canvas();
+            CapsuleTarget target = whole(image);
+            target.shiftX = (left ? 1 : -1) * int(far) + 80;
+            drawCapsule(target, {-far, 80, far, 80, 40}, qRgb(255, 0, 0));
+            QCOMPARE(alphaAt(image, left ? 61 : 98, 80), 255);
+            QCOMPARE(alphaAt(image, left ? 58 : 101, 80), 0);
+        }
+    }
     void aLineOfNoLengthIsADisc() {
         const QImage image = drawn({60, 60, 60, 60, 20}, Qt::red);
         double area = 0.0;

@@ -59,6 +59,17 @@ class TestCurveLayerDisplays : public QObject {
 
     ShiniIcons m_icons;
 
+    // Points that are so far apart that something may end between two of them.
+    static CurvePointStore& farApart(CurvePointStore& store, double pixels) {
+        addPoints(store, int(900.0 / pixels) + 40, pixels * Screen::span / 656.0, [](int i, CurvePoint& p) {
+            p.position = 600.0 * std::sin(i * 0.7);
+            turn(p, i * 37.0);
+            p.soundOn = 1;
+            p.pitch = 1.0;
+        });
+        return store;
+    }
+
     // The look of a row of `looks`.
     CurveLook fetchLook() {
         QFETCH(ModelDisplay::EnumDisplay, display);
@@ -109,6 +120,48 @@ class TestCurveLayerDisplays : public QObject {
 
 private Q_SLOTS:
     void initTestCase() { m_icons.load(); }
+
+    // What ends between two points and isn't joined has its end wherever the left edge cuts the curve.
+    void theLeftEdgeCutsNoEndOff_data() {
+        QTest::addColumn<ModelDisplay::EnumDisplay>("display");
+        QTest::addColumn<bool>("wave");
+        QTest::addColumn<int>("width");
+        QTest::addColumn<double>("pixels");
+        for (const double pixels : {5.0, 8.0, 13.0, 24.0, 40.0}) {
+            for (const int width : {2, 8, 20}) {
+                QTest::addRow("wave, %d wide, %g apart", width, pixels)
+                    << ModelDisplay::NORMAL << true << width << pixels;
+                QTest::addRow("phrasing, %d wide, %g apart", width, pixels)
+                    << ModelDisplay::PHRASING << false << width << pixels;
+                QTest::addRow("drumming, %d wide, %g apart", width, pixels)
+                    << ModelDisplay::DRUMMING << false << width << pixels;
+            }
+        }
+    }
+    void theLeftEdgeCutsNoEndOff() {
+        QFETCH(ModelDisplay::EnumDisplay, display);
+        QFETCH(bool, wave);
+        QFETCH(int, width);
+        QFETCH(double, pixels);
+        CurveLook look;
+        look.display = display;
+        look.options.curveOnSize = width;
+        if (wave) {
+            look.options.directSound = true;
+            look.wavePairs.assign(2700, {-30.0, 30.0});
+        } else {
+            look.areas = AreaColors({{0.0, 100.0, red}, {150.0, 220.0, yellow}, {300.0, 340.0, red}});
+        }
+        CurvePointStore store;
+        farApart(store, pixels);
+        const Screen screen;
+        const int withoutTail = 500; // which is laid over the rest
+        for (int i = 0; i < 60; ++i) {
+            const GraphScale scale = Screen::scaleAt(1.05 * Screen::span + i * Screen::span / 656.0, look);
+            QCOMPARE(screen.fromScratch(store, scale, look).copy(0, 0, withoutTail, Screen::height),
+                     Screen::chained(store, scale, look).copy(0, 0, withoutTail, Screen::height));
+        }
+    }
 
     void aMovedPictureIsThatOfADrawingFromScratch_data() { looks(); }
     void aMovedPictureIsThatOfADrawingFromScratch() {

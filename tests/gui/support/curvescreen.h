@@ -95,6 +95,39 @@ struct CurveScreen {
         CurveLayer fresh;
         return layered(fresh, store, scale, look);
     }
+    /// One chain of strokes from the first to the last. Without marks, on a screen of ratio 1.
+    static QImage chained(const CurvePointStore& store, const GraphScale& scale, const CurveLook& look) {
+        return CurveScreen().draw(scale, look, [&](const CurveScene& scene) {
+            const auto curve = extractAt(store, scale);
+            const auto line = curveLine(scene, *curve, 0.0);
+            QImage picture(width, height, QImage::Format_ARGB32_Premultiplied);
+            picture.fill(Qt::transparent);
+            const CapsuleTarget target{reinterpret_cast<std::uint32_t*>(picture.bits()),
+                                       picture.bytesPerLine() / 4,
+                                       0,
+                                       0,
+                                       width,
+                                       height,
+                                       0,
+                                       0};
+            const auto draw = [&](const CurveStroke& stroke) {
+                drawCapsule(target, stroke.capsule, stroke.color);
+            };
+            CurveDrawing drawing;
+            StrokeChain chain;
+            for (const CurveStep& step : line->all()) {
+                const CurveStrokes strokes = drawing.strokes(scene, *curve, step);
+                for (const CurveStroke& stroke : strokes) {
+                    chain.add(stroke, draw);
+                }
+                if (strokes.count == 0) {
+                    chain.close(draw);
+                }
+            }
+            chain.close(draw);
+            scene.painter.drawImage(0, 0, picture);
+        });
+    }
     /// Each line by the painter, straight onto the screen; then the marks.
     QImage direct(const CurvePointStore& store, const GraphScale& scale, const CurveLook& look = {}) const {
         return draw(scale, look, [&](const CurveScene& scene) {
