@@ -86,24 +86,25 @@ void CurveLayer::draw(const CurveScene& scene, const CurveExtract& curve, double
                         DevicePixels(scene.painter).fraction(),
                         {int(std::ceil((scene.view.right() + reach) * ratio)) + 1,
                          int(std::ceil(scene.view.bottom() * ratio)) + 1}};
+    StrokeChain chain;
     if (line->lastChosen()) {
         const int phases = phasesOf(ratio, maxPhases);
         const double seam = roundedUp(line->column(line->walk().start) + reach, std::max(phases, 1));
         const std::int64_t phase = phases > 0 ? scene.scale.anchor() % phases : 0;
         Picture& picture = m_pictures[std::size_t(phase < 0 ? phase + phases : phase)];
         if (phases == 0 || !(seam >= 0.0 && seam < scene.view.right())) {
-            drawAll(picture, device, scene, curve, *line);
+            chain = drawAll(picture, device, scene, curve, *line);
         } else {
-            update(picture,
-                   {device, scene.scale, scene.options, scene.display, curve.item, offset,
-                    line->walk().stride, &curve.points.front(), curve.generation, m_colors},
-                   scene, curve, *line);
+            chain = update(picture,
+                           {device, scene.scale, scene.options, scene.display, curve.item, offset,
+                            line->walk().stride, &curve.points.front(), curve.generation, m_colors},
+                           scene, curve, *line);
             drawEntry(picture, device, scene, curve, *line, seam);
         }
         const OnDevicePixels pixels(scene.painter);
         picture.picture.paintTo(scene.painter);
     }
-    drawTail(device, scene, curve, *line);
+    drawTail(device, scene, curve, *line, chain);
     if (scene.icons) {
         scene.icons->draw(scene.painter, shiniMarks(*line, scene.options.shini, scene.reverse));
     }
@@ -114,17 +115,11 @@ void CurveLayer::drawStep(ScrollPicture& picture, const Device& device, const Cu
     const auto draw = [&](const CurveStroke& stroke) {
         picture.draw(device.placed(stroke.capsule), stroke.color, end);
     };
-    const CurveStrokes strokes = m_drawing.strokes(scene, curve, step);
-    for (const CurveStroke& stroke : strokes) {
-        chain.add(stroke, draw);
-    }
-    if (strokes.count == 0) {
-        chain.close(draw); // what follows isn't the next stroke but the one after
-    }
+    chain.add(m_drawing.strokes(scene, curve, step), draw);
 }
 
-void CurveLayer::drawAll(Picture& picture, const Device& device, const CurveScene& scene,
-                         const CurveExtract& curve, const CurveLine& line) {
+StrokeChain CurveLayer::drawAll(Picture& picture, const Device& device, const CurveScene& scene,
+                                const CurveExtract& curve, const CurveLine& line) {
     picture.key.reset();
     picture.picture.reset(device.size);
     const int end = device.size.width();
@@ -136,6 +131,7 @@ void CurveLayer::drawAll(Picture& picture, const Device& device, const CurveScen
     for (std::size_t i = walk.start + walk.stride; i <= *line.lastChosen(); i += walk.stride) {
         drawStep(picture.picture, device, scene, curve, line.step(i), end, chain);
     }
+    return chain;
 }
 
 void CurveLayer::drawEntry(Picture& picture, const Device& device, const CurveScene& scene,
@@ -163,12 +159,9 @@ std::optional<CurveStroke> CurveLayer::lastStroke(const CurveScene& scene, const
     return step ? m_drawing.strokes(scene, curve, *step).last() : std::nullopt;
 }
 
-// In a picture of its own, as large as its lines: the next paint has another tail. It begins with what is
-// open at the end of the kept lines.
+// In a picture of its own, as large as its lines: the next paint has another tail.
 void CurveLayer::drawTail(const Device& device, const CurveScene& scene, const CurveExtract& curve,
-                          const CurveLine& line) {
-    const auto last = line.lastChosen();
-    StrokeChain chain(last ? lastStroke(scene, curve, line, *last) : std::nullopt);
+                          const CurveLine& line, StrokeChain chain) {
     std::vector<CurveStroke> strokes;
     const auto draw = [&](const CurveStroke& stroke) { strokes.push_back(stroke); };
     if (const auto tail = line.tail()) {
@@ -222,8 +215,8 @@ bool CurveLayer::scroll(Picture& picture, const Key& key, const CurveExtract& cu
     return true;
 }
 
-void CurveLayer::update(Picture& picture, const Key& key, const CurveScene& scene, const CurveExtract& curve,
-                        const CurveLine& line) {
+StrokeChain CurveLayer::update(Picture& picture, const Key& key, const CurveScene& scene,
+                               const CurveExtract& curve, const CurveLine& line) {
     const std::size_t last = *line.lastChosen();
     if (!scroll(picture, key, curve, last)) {
         picture.picture.reset(key.device.size);
@@ -239,4 +232,5 @@ void CurveLayer::update(Picture& picture, const Key& key, const CurveScene& scen
     picture.lastDrawn = last;
     picture.first = curve.points.front();
     picture.last = curve.points[last];
+    return chain;
 }

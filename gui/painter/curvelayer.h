@@ -59,18 +59,19 @@ private:
     static constexpr int maxPhases = 5;
 
     void noteColors(const CurveScene& scene);
-    /// Brings the picture up to date, all but what lies left of the seam.
-    void update(Picture& picture, const Key& key, const CurveScene& scene, const CurveExtract& curve,
-                const CurveLine& line);
+    /// Brings the picture up to date, all but what lies left of the seam. Returns what is open at its end.
+    StrokeChain update(Picture& picture, const Key& key, const CurveScene& scene, const CurveExtract& curve,
+                       const CurveLine& line);
     void drawEntry(Picture& picture, const Device& device, const CurveScene& scene, const CurveExtract& curve,
                    const CurveLine& line, double seam);
-    void drawAll(Picture& picture, const Device& device, const CurveScene& scene, const CurveExtract& curve,
-                 const CurveLine& line);
+    StrokeChain drawAll(Picture& picture, const Device& device, const CurveScene& scene,
+                        const CurveExtract& curve, const CurveLine& line);
     /// Of what leads to a chosen point.
     std::optional<CurveStroke> lastStroke(const CurveScene& scene, const CurveExtract& curve,
                                           const CurveLine& line, std::size_t point);
+    /// Goes on where `chain` is open.
     void drawTail(const Device& device, const CurveScene& scene, const CurveExtract& curve,
-                  const CurveLine& line);
+                  const CurveLine& line, StrokeChain chain);
     /// The columns before `end` of it.
     void drawStep(ScrollPicture& picture, const Device& device, const CurveScene& scene,
                   const CurveExtract& curve, const CurveStep& step, int end, StrokeChain& chain);

@@ -11,6 +11,10 @@
 /// tiles: what has left at the left edge is emptied and comes in again at the right one.
 class ScrollPicture {
 public:
+    /// Pixels. Long rows are read faster when the picture is laid down; but rows of a power of two, or longer
+    /// ones, lie so in the processor's caches that steep lines take longer to draw.
+    static constexpr int tileWidth = 1000;
+
     QSize size() const { return m_size; }
     /// Empties the picture and gives it that size.
     void reset(QSize size);
@@ -24,8 +28,6 @@ public:
     void paintTo(QPainter& painter) const;
 
 private:
-    static constexpr int tileWidth = 256;
-
     struct Tile {
         QImage image;
         int top = 0; ///< the rows from here up to and not including `bottom` may be drawn on, no others are

@@ -27,12 +27,18 @@ public:
         } else {
             close(draw);
         }
-        m_open.reset();
-        if (canJoin(stroke)) {
-            m_open = stroke;
-            stroke.capsule.endCap = false;
-        }
+        m_open = canJoin(stroke) ? std::optional(stroke) : std::nullopt;
+        stroke.capsule.endCap = !m_open;
         draw(stroke);
+    }
+    /// All strokes of a step. After a step without any, what follows isn't the next stroke but the one after.
+    template <typename Draw> void add(const CurveStrokes& strokes, Draw draw) {
+        for (const CurveStroke& stroke : strokes) {
+            add(stroke, draw);
+        }
+        if (strokes.count == 0) {
+            close(draw);
+        }
     }
     /// Nothing follows.
     template <typename Draw> void close(Draw draw) {

@@ -8,6 +8,8 @@
 namespace {
 
 constexpr QRgb green = 0xff00ff00U;
+constexpr int tile = ScrollPicture::tileWidth;
+constexpr int wide = 2 * tile + tile / 2; // pixels of a picture on several tiles
 
 std::uint32_t* rowOf(QImage& image, int y) {
     return reinterpret_cast<std::uint32_t*>(image.scanLine(y));
@@ -91,22 +93,22 @@ private Q_SLOTS:
     }
     void aLineOverAllTilesIsOneLine() {
         ScrollPicture picture;
-        PlainPicture plain({1000, 60});
-        picture.reset({1000, 60});
-        const Capsule line{3.0, 5.0, 990.0, 55.0, 7.0};
-        picture.draw(line, green, 1000);
-        plain.draw(line, green, 1000);
+        PlainPicture plain({wide, 60});
+        picture.reset({wide, 60});
+        const Capsule line{3.0, 5.0, wide - 10.0, 55.0, 7.0};
+        picture.draw(line, green, wide);
+        plain.draw(line, green, wide);
         QCOMPARE(shown(picture), plain.image());
-        QVERIFY(plain.image() != transparent({1000, 60}));
+        QVERIFY(plain.image() != transparent({wide, 60}));
     }
     void whatLeavesAtTheLeftComesBackEmpty() {
         ScrollPicture picture;
         picture.reset({300, 40});
         picture.draw({0.0, 20.0, 300.0, 20.0, 9.0}, green, 300);
-        for (int i = 0; i < 20; ++i) {
+        for (int i = 0; i < 3 * tile / 17; ++i) {
             picture.scroll(17);
+            QVERIFY(i * 17 < 300 || shown(picture) == transparent({300, 40}));
         }
-        QCOMPARE(shown(picture), transparent({300, 40}));
     }
     void aMoveOverMoreThanThePictureEmptiesIt() {
         ScrollPicture picture;
@@ -125,7 +127,7 @@ private Q_SLOTS:
     }
     // What is drawn past the right edge isn't there when it has scrolled in.
     void nothingIsDrawnBeyondTheRightEdge() {
-        for (const int moved : {0, 1, 100, 127, 128, 129}) {
+        for (const int moved : {0, 1, 100, tile - 301, tile - 250, tile - 1, tile, tile + 1}) {
             ScrollPicture picture;
             picture.reset({300, 40});
             picture.scroll(moved);
@@ -137,24 +139,24 @@ private Q_SLOTS:
         }
     }
     void drawingStopsAtItsBorder() {
-        for (const int border : {-5, 0, 1, 127, 128, 129, 200}) {
+        for (const int border : {-5, 0, 1, tile - 1, tile, tile + 1, wide - 1}) {
             ScrollPicture picture;
-            PlainPicture plain({300, 40});
-            picture.reset({300, 40});
-            const Capsule line{0.0, 3.0, 300.0, 37.0, 5.0};
+            PlainPicture plain({wide, 40});
+            picture.reset({wide, 40});
+            const Capsule line{0.0, 3.0, wide, 37.0, 5.0};
             picture.draw(line, green, border);
             plain.draw(line, green, border);
             QCOMPARE(shown(picture), plain.image());
         }
     }
     void clearingStopsAtItsBorder() {
-        for (const int border : {-5, 0, 1, 127, 128, 129, 200, 300, 400}) {
+        for (const int border : {-5, 0, 1, tile - 1, tile, tile + 1, wide, wide + 100}) {
             ScrollPicture picture;
-            PlainPicture plain({300, 40});
-            picture.reset({300, 40});
-            const Capsule line{0.0, 3.0, 300.0, 37.0, 5.0};
-            picture.draw(line, green, 300);
-            plain.draw(line, green, 300);
+            PlainPicture plain({wide, 40});
+            picture.reset({wide, 40});
+            const Capsule line{0.0, 3.0, wide, 37.0, 5.0};
+            picture.draw(line, green, wide);
+            plain.draw(line, green, wide);
             picture.clearBefore(border);
             plain.clearBefore(border);
             QCOMPARE(shown(picture), plain.image());
@@ -175,11 +177,11 @@ private Q_SLOTS:
     void anotherSizeStartsEmpty() {
         ScrollPicture picture;
         for (const QSize size :
-             {QSize(300, 40), QSize(700, 40), QSize(700, 90), QSize(1, 1), QSize(128, 8)}) {
+             {QSize(300, 40), QSize(700, 40), QSize(700, 90), QSize(1, 1), QSize(tile, 8), QSize(wide, 8)}) {
             picture.reset(size);
             picture.scroll(30);
             QCOMPARE(shown(picture), transparent(size));
-            picture.draw({0.0, 4.0, 700.0, 4.0, 30.0}, green, size.width());
+            picture.draw({0.0, 4.0, wide, 4.0, 30.0}, green, size.width());
             QCOMPARE(shown(picture).pixel(0, 0), green);
         }
     }
@@ -202,7 +204,7 @@ private Q_SLOTS:
         QFETCH(quint32, seed);
         QRandomGenerator random(seed);
         const QColor ground(43, 43, 43);
-        QSize size(1 + random.bounded(600), 1 + random.bounded(120));
+        QSize size(1 + random.bounded(wide), 1 + random.bounded(120));
         ScrollPicture picture;
         picture.reset(size);
         PlainPicture plain(size);
@@ -212,7 +214,7 @@ private Q_SLOTS:
         for (int act = 0; act < 120; ++act) {
             switch (random.bounded(12)) {
             case 0: {
-                const int columns = random.bounded(random.bounded(6) == 0 ? 2 * size.width() + 300 : 12);
+                const int columns = random.bounded(random.bounded(6) == 0 ? 2 * size.width() + tile : 12);
                 picture.scroll(columns);
                 plain.scroll(columns);
                 break;
@@ -226,7 +228,7 @@ private Q_SLOTS:
             case 2:
                 if (random.bounded(6) == 0) {
                     size = random.bounded(2) == 0 ? size
-                                                  : QSize(1 + random.bounded(600), 1 + random.bounded(120));
+                                                  : QSize(1 + random.bounded(wide), 1 + random.bounded(120));
                     picture.reset(size);
                     plain = PlainPicture(size);
                 }

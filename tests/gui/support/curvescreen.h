@@ -116,13 +116,7 @@ struct CurveScreen {
             CurveDrawing drawing;
             StrokeChain chain;
             for (const CurveStep& step : line->all()) {
-                const CurveStrokes strokes = drawing.strokes(scene, *curve, step);
-                for (const CurveStroke& stroke : strokes) {
-                    chain.add(stroke, draw);
-                }
-                if (strokes.count == 0) {
-                    chain.close(draw);
-                }
+                chain.add(drawing.strokes(scene, *curve, step), draw);
             }
             chain.close(draw);
             scene.painter.drawImage(0, 0, picture);
