@@ -37,12 +37,33 @@ inline Parts rounded(Floats values) {
     return __builtin_convertvector(values + 0.5F, Parts);
 }
 
+using Bytes = std::uint8_t __attribute__((vector_size(8)));
+using Words = std::uint16_t __attribute__((vector_size(16)));
+
+/// The channels of two pixels.
+inline Words channelsOf(const std::uint32_t* two) {
+    Bytes bytes;
+    std::memcpy(&bytes, two, sizeof bytes);
+    return __builtin_convertvector(bytes, Words);
+}
+
+/// Lays four premultiplied pixels over four others, rounded as the painter does it: not quite as PixelBlend.
+inline void layOver(std::uint32_t* under, const std::uint32_t* above) {
+    for (int i = 0; i < 4; i += 2) {
+        const Words over = channelsOf(above + i);
+        const Words rest =
+            channelsOf(under + i) * (255 - __builtin_shufflevector(over, over, 3, 3, 3, 3, 7, 7, 7, 7));
+        const Bytes bytes = __builtin_convertvector(over + ((rest + (rest >> 8) + 128) >> 8), Bytes);
+        std::memcpy(under + i, &bytes, sizeof bytes);
+    }
+}
+
 /// An opaque colour for two pixels.
 class Color {
 public:
     explicit Color(std::uint32_t pixel) {
         const std::uint32_t pixels[] = {pixel, pixel};
-        m_channels = channels(pixels);
+        m_channels = channelsOf(pixels);
     }
     /// `parts` of the colour and the rest of what is there, for two pixels and two others that aren't the
     /// same.
@@ -53,17 +74,9 @@ public:
     }
 
 private:
-    using Bytes = std::uint8_t __attribute__((vector_size(8)));
-    using Words = std::uint16_t __attribute__((vector_size(16)));
-
-    static Words channels(const std::uint32_t* two) {
-        Bytes bytes;
-        std::memcpy(&bytes, two, sizeof bytes);
-        return __builtin_convertvector(bytes, Words);
-    }
     // Each channel divided by 255, rounded, as PixelBlend does it.
     void mixTwo(std::uint32_t* two, Words parts) const {
-        const Words products = m_channels * parts + channels(two) * (255 - parts) + 128;
+        const Words products = m_channels * parts + channelsOf(two) * (255 - parts) + 128;
         const Words mixed = (products + (products >> 8)) >> 8;
         const Bytes bytes = __builtin_convertvector(mixed, Bytes);
         std::memcpy(two, &bytes, sizeof bytes);

@@ -181,6 +181,7 @@ private:
     /// Whether the companion has to be painted in this paint of the window too.
     bool companionIsDue() const;
     void startDrawingOn(WindowPart part);
+    void takePart(WindowPart part);
     void finishDrawing();
 
     // The steps of the two, in their order.

@@ -64,24 +64,29 @@ void QWPainter::paintEvent(QPaintEvent*) {
         }
     }
     beginFrame();
-    const bool together = onWindow && companionIsDue();
-    if (together) {
+    auto own = onWindow ? windowPart(*this) : std::nullopt;
+    if (own && companionIsDue()) {
         m_companion->beginFrame();
+        if (auto beside = windowPart(*m_companion)) {
+            m_companion->startDrawingOn(std::move(*beside));
+            takePart(std::move(*own));
+            m_drawing.start([this] { drawFrame(*m_partPainter, m_threadLabels); });
+            finishDrawing();
+            m_companion->finishDrawing();
+            holdScroll();
+            m_companion->holdScroll();
+            return;
+        }
     }
-    QPainter painter(this);
-    auto beside = together ? windowPart(*m_companion) : std::nullopt;
-    if (beside) {
-        m_companion->startDrawingOn(std::move(*beside));
-        m_drawing.start([this, &painter] { drawFrame(painter, m_threadLabels); });
-        m_drawing.finish();
-        m_companion->finishDrawing();
+    if (own) { // nothing is gained by handing it over
+        takePart(std::move(*own));
+        drawFrame(*m_partPainter, m_labels);
+        finishDrawing();
     } else {
-        drawFrame(painter, m_labels); // nothing is gained by handing it over
+        QPainter painter(this);
+        drawFrame(painter, m_labels);
     }
     holdScroll();
-    if (beside) {
-        m_companion->holdScroll();
-    }
 }
 
 bool QWPainter::paintsWindow() const {
@@ -96,10 +101,15 @@ bool QWPainter::companionIsDue() const {
 }
 
 void QWPainter::startDrawingOn(WindowPart part) {
-    m_part = std::move(part); // a copy of the picture would be drawn on for itself
     m_repaintDue = false;
     m_drawnAhead = true;
     ++m_drawnBeside;
+    takePart(std::move(part));
+    m_drawing.start([this] { drawFrame(*m_partPainter, m_threadLabels); });
+}
+
+void QWPainter::takePart(WindowPart part) {
+    m_part = std::move(part); // a copy of the picture would be drawn on for itself
     m_partPainter = std::make_unique<QPainter>(&m_part.pixels);
     // As the painter of a widget starts.
     m_partPainter->setPen(QPen(palette().brush(foregroundRole()), 1.0));
@@ -107,7 +117,6 @@ void QWPainter::startDrawingOn(WindowPart part) {
     m_partPainter->setFont(QFont(font(), this));
     m_partPainter->setLayoutDirection(layoutDirection());
     m_partPainter->translate(m_part.corner);
-    m_drawing.start([this] { drawFrame(*m_partPainter, m_threadLabels); });
 }
 
 void QWPainter::finishDrawing() {

@@ -56,10 +56,19 @@ private:
     QImage m_image;
 };
 
-QImage shown(const ScrollPicture& picture, const QColor& ground = Qt::transparent) {
+QImage shown(ScrollPicture& picture, const QColor& ground = Qt::transparent) {
     QImage image(picture.size(), QImage::Format_ARGB32_Premultiplied);
     image.fill(ground);
     QPainter painter(&image);
+    picture.paintTo(painter);
+    return image;
+}
+
+/// The same where the painter has more to do than to lay down pixels.
+QImage shownClipped(ScrollPicture& picture, const QRect& clip) {
+    QImage image = transparent(picture.size());
+    QPainter painter(&image);
+    painter.setClipRect(clip);
     picture.paintTo(painter);
     return image;
 }
@@ -194,6 +203,46 @@ private Q_SLOTS:
             picture.scroll(150);
         }
     }
+    void whereverAPainterDrawsThePictureIsTheSame_data() {
+        QTest::addColumn<int>("format");
+        QTest::addColumn<QPointF>("corner");
+        QTest::addColumn<double>("opacity");
+        QTest::newRow("straight") << int(QImage::Format_RGB32) << QPointF(0, 0) << 1.0;
+        QTest::newRow("to the right, below") << int(QImage::Format_RGB32) << QPointF(7, 5) << 1.0;
+        QTest::newRow("cut at the left and above") << int(QImage::Format_RGB32) << QPointF(-13, -6) << 1.0;
+        QTest::newRow("outside") << int(QImage::Format_RGB32) << QPointF(-5000, 900) << 1.0;
+        QTest::newRow("between pixels") << int(QImage::Format_RGB32) << QPointF(0.5, 0.25) << 1.0;
+        QTest::newRow("half there") << int(QImage::Format_RGB32) << QPointF(3, 0) << 0.5;
+        QTest::newRow("not premultiplied") << int(QImage::Format_ARGB32) << QPointF(3, 0) << 1.0;
+        QTest::newRow("two bytes a pixel") << int(QImage::Format_RGB16) << QPointF(3, 0) << 1.0;
+        QTest::newRow("three bytes a pixel") << int(QImage::Format_RGB888) << QPointF(3, 0) << 1.0;
+    }
+    void whereverAPainterDrawsThePictureIsTheSame() {
+        QFETCH(int, format);
+        QFETCH(QPointF, corner);
+        QFETCH(double, opacity);
+        ScrollPicture picture;
+        PlainPicture plain({600, 90});
+        picture.reset({600, 90});
+        for (const Capsule& line :
+             {Capsule{2.0, 2.0, 580.0, 80.0, 9.0}, Capsule{30.0, 85.0, 599.0, 3.0, 2.0}}) {
+            picture.draw(line, green, 600);
+            plain.draw(line, green, 600);
+        }
+        const auto onScreen = [&](auto draw) {
+            QImage image(620, 100, QImage::Format(format));
+            image.fill(QColor(43, 60, 90));
+            QPainter painter(&image);
+            painter.translate(corner);
+            painter.setOpacity(opacity);
+            draw(painter);
+            return image;
+        };
+        const QImage wanted = onScreen([&](QPainter& painter) { painter.drawImage(0, 0, plain.image()); });
+        for (int round = 0; round < 3; ++round) {
+            QCOMPARE(onScreen([&](QPainter& painter) { picture.paintTo(painter); }), wanted);
+        }
+    }
     void anyScriptGivesThePictureOfAPlainImage_data() {
         QTest::addColumn<quint32>("seed");
         for (quint32 seed = 1; seed <= 60; ++seed) {
@@ -245,6 +294,10 @@ private Q_SLOTS:
             }
             }
             QCOMPARE(shown(picture), plain.image());
+            if (act % 8 == 0) {
+                QCOMPARE(shown(picture), plain.image()); // once more the same
+                QCOMPARE(shownClipped(picture, QRect(QPoint(0, 0), size)), plain.image());
+            }
         }
         QCOMPARE(shown(picture, ground), onGround(plain.image(), ground));
     }
