@@ -31,7 +31,7 @@ void layPart(std::uint32_t* under, const std::uint32_t* above, int from, int to)
 } // namespace
 
 PixelGroups::PixelGroups(int width, int height)
-    : m_words(width / wordPixels)
+    : m_words((width + wordPixels - 1) / wordPixels)
     , m_height(height)
     , m_occupied(std::size_t(m_words) * std::size_t(height), 0) {}
 

@@ -21,7 +21,7 @@ struct PixelTarget {
 class PixelGroups {
 public:
     static constexpr int size = 8;               ///< pixels of a group
-    static constexpr int wordPixels = 64 * size; ///< the width of a picture is a multiple of it
+    static constexpr int wordPixels = 64 * size; ///< of the groups in one word
 
     PixelGroups() = default;
     PixelGroups(int width, int height);

@@ -14,7 +14,7 @@
 class ScrollPicture {
 public:
     /// Pixels. Long rows are read faster when the picture is laid down, short ones are faster to draw on.
-    static constexpr int tileWidth = 2 * PixelGroups::wordPixels;
+    static constexpr int tileWidth = PixelGroups::wordPixels;
 
     QSize size() const { return m_size; }
     /// Empties the picture and gives it that size.
