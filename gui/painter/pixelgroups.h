@@ -24,6 +24,7 @@ public:
     static constexpr int wordPixels = 64 * size; ///< of the groups in one word
 
     PixelGroups() = default;
+    /// Of a picture whose rows are whole groups.
     PixelGroups(int width, int height);
     /// The picture is empty.
     void clear();

@@ -20,6 +20,7 @@
 
 #include <QBackingStore>
 #include <QFont>
+#include <QPaintEvent>
 #include <QPainter>
 
 #include <algorithm>
@@ -55,7 +56,7 @@ std::optional<CurveExtract> extractOf(QCurve& curve) {
 
 } // namespace
 
-void QWPainter::paintEvent(QPaintEvent*) {
+void QWPainter::paintEvent(QPaintEvent* event) {
     const bool onWindow = paintsWindow();
     if (onWindow) {
         m_repaintDue = false;
@@ -64,12 +65,13 @@ void QWPainter::paintEvent(QPaintEvent*) {
         }
     }
     beginFrame();
-    auto own = onWindow ? windowPart(*this) : std::nullopt;
+    const bool whole = event->region() == QRegion(rect()); // a part isn't cut to less
+    auto own = onWindow && whole ? windowPart(*this) : std::nullopt;
     if (own && companionIsDue()) {
         m_companion->beginFrame();
         if (auto beside = windowPart(*m_companion)) {
+            takePart(std::move(*own)); // while nobody draws
             m_companion->startDrawingOn(std::move(*beside));
-            takePart(std::move(*own));
             m_drawing.start([this] { drawFrame(*m_partPainter, m_threadLabels); });
             finishDrawing();
             m_companion->finishDrawing();

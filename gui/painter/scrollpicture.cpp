@@ -31,9 +31,10 @@ std::optional<PixelTarget> pixelsOf(QPainter& painter) {
     const auto& image = static_cast<const QImage&>(*device);
     const int x = qRound(transform.dx());
     const int y = qRound(transform.dy());
+    const auto onPixel = [](double at, int pixel) { return std::abs(at - pixel) < 1e-9; }; // but for rounding
     const bool fits =
         image.format() == QImage::Format_RGB32 || image.format() == QImage::Format_ARGB32_Premultiplied;
-    if (!fits || x != transform.dx() || y != transform.dy()) {
+    if (!fits || !onPixel(transform.dx(), x) || !onPixel(transform.dy(), y)) {
         return std::nullopt;
     }
     // Not bits(): that would make a copy of a picture that is shared.

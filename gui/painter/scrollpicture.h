@@ -26,7 +26,7 @@ public:
     /// Draws onto the columns before `to`.
     void draw(const Capsule& capsule, QRgb premultiplied, int to);
     /// Draws the picture with its corner at 0, 0 of the painter: straight into the pixels of an image, if the
-    /// painter draws on these alone.
+    /// painter was opened on one, outside any paint event of it, and does no more than to lay pixels on them.
     void paintTo(QPainter& painter);
 
 private:
@@ -46,7 +46,6 @@ private:
         bool updateGroups();
     };
     Tile& tile(int place) { return m_tiles[std::size_t(m_first + place) % m_tiles.size()]; }
-    const Tile& tile(int place) const { return m_tiles[std::size_t(m_first + place) % m_tiles.size()]; }
 
     QSize m_size;
     std::vector<Tile> m_tiles;

@@ -14,5 +14,6 @@ struct WindowPart {
 };
 
 /// None where the window isn't kept in memory with four bytes a pixel, or the widget can't be seen whole.
-/// Only to be drawn on during a paint of the window in which the widget is to be painted.
+/// Only to be drawn on during a paint of the window in which all of the widget is to be painted: what isn't
+/// opaque above it is painted after it, where the window is.
 std::optional<WindowPart> windowPart(const QWidget& widget);

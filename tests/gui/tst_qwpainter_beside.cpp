@@ -157,6 +157,34 @@ private Q_SLOTS:
         QVERIFY(together.pixelColor(inside) != QColor(Qt::magenta));
         QCOMPARE(decks.paintedApart(), together);
     }
+    // Something that isn't opaque may lie above the rest.
+    void aPieceOfAGraphIsPaintedAndNothingElse() {
+        DeckWindow decks;
+        decks.record(400);
+        const QImage whole = decks.paintedApart();
+        const QRect graph(decks.a->graph.mapTo(&decks.window, QPoint()), decks.a->graph.size());
+        const QRect left(40, 20, 300, 110); // of the graph
+        for (const QRegion& kept : {QRegion(left), QRegion(0, 0, 1, 1)}) {
+            auto* window = static_cast<QImage*>(decks.window.backingStore()->paintDevice());
+            window->fill(Qt::magenta);
+            decks.a->graph.repaint(QRegion(decks.a->graph.rect()) - kept);
+            const QImage piece = decks.picture();
+            const QRegion painted = QRegion(graph) - kept.translated(graph.topLeft());
+            const double ratio = piece.devicePixelRatio();
+            int compared = 0;
+            for (int y = 0; y < piece.height(); ++y) {
+                for (int x = 0; x < piece.width(); ++x) {
+                    const QRect around(QPoint(int(x / ratio), int(y / ratio)) - QPoint(1, 1), QSize(3, 3));
+                    const bool inside = (QRegion(around) - painted).isEmpty();
+                    if (inside || !painted.intersects(around)) { // not at an edge, which may cut a pixel
+                        QCOMPARE(piece.pixel(x, y), inside ? whole.pixel(x, y) : QColor(Qt::magenta).rgb());
+                        ++compared;
+                    }
+                }
+            }
+            QVERIFY(compared > piece.width() * piece.height() * 9 / 10);
+        }
+    }
     void aPictureOfOneGraphLeavesTheOtherAsItIs() {
         DeckWindow decks;
         decks.record(300);
