@@ -4,7 +4,23 @@ option(GRAMO_ASAN "AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 option(GRAMO_TSAN "ThreadSanitizer" OFF)
 option(GRAMO_FUZZ "Fuzzers instead of replayers; needs clang" OFF)
 
+# A source that is new to a target has its meta-object code made in the next build: the generator's own
+# dependencies hold only the sources that it has seen.
+function(gramo_new_sources target)
+    get_target_property(sources ${target} SOURCES)
+    set(seen_file ${CMAKE_CURRENT_BINARY_DIR}/CMakeFiles/${target}_sources.txt)
+    set(seen "")
+    if(EXISTS ${seen_file})
+        file(READ ${seen_file} seen)
+    endif()
+    if(NOT seen STREQUAL "${sources}")
+        file(WRITE ${seen_file} "${sources}")
+        file(REMOVE ${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/timestamp)
+    endif()
+endfunction()
+
 function(gramo_target target)
+    gramo_new_sources(${target})
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
         -Wno-sign-conversion -Wnon-virtual-dtor)
     # The instrumentation of a sanitizer makes GCC see overflows where there are none; there, warnings only warn.
@@ -13,6 +29,10 @@ function(gramo_target target)
     endif()
     # The decoder's results are the same on every machine: no fused multiply-add, no reordering.
     target_compile_options(${target} PRIVATE -ffp-contract=off)
+    # Precompiled headers and ccache: it has to see what the header was made of.
+    if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+        target_compile_options(${target} PRIVATE -fpch-preprocess)
+    endif()
     # Qt asks for position-independent code, but no function of ours is replaced at load time: within a source
     # they may be inlined.
     target_compile_options(${target} PRIVATE -fno-semantic-interposition)

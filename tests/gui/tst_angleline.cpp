@@ -2,6 +2,7 @@
 
 #include "gui/support/curves.h"
 #include "painter/yrange.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -202,5 +203,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestAngleLine)
+GRAMO_TEST_GUILESS_MAIN(TestAngleLine)
 #include "tst_angleline.moc"

@@ -1,6 +1,7 @@
 #include "painter/areacolors.h"
 
 #include "support/phrasingareas.h"
+#include "support/testmain.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -171,5 +172,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestAreaColors)
+GRAMO_TEST_GUILESS_MAIN(TestAreaColors)
 #include "tst_areacolors.moc"

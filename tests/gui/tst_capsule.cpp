@@ -1,5 +1,7 @@
 #include "painter/capsule.h"
 
+#include "support/testmain.h"
+
 #include <QImage>
 #include <QPainter>
 #include <QTest>
@@ -464,5 +466,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestCapsule)
+GRAMO_TEST_GUILESS_MAIN(TestCapsule)
 #include "tst_capsule.moc"

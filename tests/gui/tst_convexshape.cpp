@@ -1,5 +1,7 @@
 #include "painter/convexshape.h"
 
+#include "support/testmain.h"
+
 #include <QImage>
 #include <QPainter>
 #include <QTest>
@@ -138,5 +140,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestConvexShape)
+GRAMO_TEST_GUILESS_MAIN(TestConvexShape)
 #include "tst_convexshape.moc"

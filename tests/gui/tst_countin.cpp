@@ -1,5 +1,7 @@
 #include "painter/countin.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 class TestCountIn : public QObject {
@@ -46,5 +48,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestCountIn)
+GRAMO_TEST_GUILESS_MAIN(TestCountIn)
 #include "tst_countin.moc"

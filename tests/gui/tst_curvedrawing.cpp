@@ -2,6 +2,7 @@
 
 #include "gui/support/curves.h"
 #include "painter/curveoffset.h"
+#include "support/testmain.h"
 
 #include <QImage>
 #include <QTest>
@@ -322,5 +323,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestCurveDrawing)
+GRAMO_TEST_MAIN(TestCurveDrawing)
 #include "tst_curvedrawing.moc"

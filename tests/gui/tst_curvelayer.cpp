@@ -4,6 +4,7 @@
 #include "gui/support/curvescreen.h"
 #include "gui/support/picturedifference.h"
 #include "painter/normalline.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -235,5 +236,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestCurveLayer)
+GRAMO_TEST_MAIN(TestCurveLayer)
 #include "tst_curvelayer.moc"

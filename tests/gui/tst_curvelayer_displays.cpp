@@ -2,6 +2,7 @@
 // of a drawing from scratch.
 #include "gui/support/curvescreen.h"
 #include "gui/support/picturedifference.h"
+#include "support/testmain.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -449,5 +450,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestCurveLayerDisplays)
+GRAMO_TEST_MAIN(TestCurveLayerDisplays)
 #include "tst_curvelayer_displays.moc"

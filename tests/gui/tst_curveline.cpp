@@ -3,6 +3,7 @@
 #include "gui/support/curves.h"
 #include "painter/areacolors.h"
 #include "painter/normalline.h"
+#include "support/testmain.h"
 
 #include <QImage>
 #include <QTest>
@@ -328,5 +329,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestCurveLine)
+GRAMO_TEST_GUILESS_MAIN(TestCurveLine)
 #include "tst_curveline.moc"

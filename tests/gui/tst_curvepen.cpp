@@ -1,6 +1,7 @@
 #include "painter/curvepen.h"
 
 #include "painter/curvecolor.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -90,5 +91,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestCurvePen)
+GRAMO_TEST_GUILESS_MAIN(TestCurvePen)
 #include "tst_curvepen.moc"

@@ -1,6 +1,7 @@
 #include "painter/curvestride.h"
 
 #include "gui/support/curves.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -99,5 +100,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestCurveStride)
+GRAMO_TEST_GUILESS_MAIN(TestCurveStride)
 #include "tst_curvestride.moc"

@@ -1,6 +1,7 @@
 #include "painter/drummingline.h"
 
 #include "gui/support/curves.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -217,5 +218,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDrummingLine)
+GRAMO_TEST_GUILESS_MAIN(TestDrummingLine)
 #include "tst_drummingline.moc"

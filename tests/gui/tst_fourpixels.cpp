@@ -1,5 +1,6 @@
 #include "painter/fourpixels.h"
 #include "painter/pixelblend.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -48,5 +49,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(TestFourPixels)
+GRAMO_TEST_APPLESS_MAIN(TestFourPixels)
 #include "tst_fourpixels.moc"

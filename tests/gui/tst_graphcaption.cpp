@@ -1,5 +1,7 @@
 #include "painter/graphcaption.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 class TestGraphCaption : public QObject {
@@ -23,5 +25,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestGraphCaption)
+GRAMO_TEST_GUILESS_MAIN(TestGraphCaption)
 #include "tst_graphcaption.moc"

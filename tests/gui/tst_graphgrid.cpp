@@ -3,6 +3,7 @@
 
 #include "painter/graphstyle.h"
 #include "phrasing/managephrasing.h"
+#include "support/testmain.h"
 
 #include <QImage>
 #include <QTest>
@@ -468,5 +469,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestGraphGrid)
+GRAMO_TEST_MAIN(TestGraphGrid)
 #include "tst_graphgrid.moc"

@@ -3,6 +3,7 @@
 // pictures/README.md.
 #include "gui/support/graphpicturerows.h"
 #include "gui/support/storedpictures.h"
+#include "support/testmain.h"
 
 #include <QSet>
 #include <QTest>
@@ -111,5 +112,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestGraphPictures)
+GRAMO_TEST_MAIN(TestGraphPictures)
 #include "tst_graphpictures.moc"

@@ -1,5 +1,7 @@
 #include "painter/graphscale.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 #include <cmath>
@@ -122,5 +124,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestGraphScale)
+GRAMO_TEST_GUILESS_MAIN(TestGraphScale)
 #include "tst_graphscale.moc"

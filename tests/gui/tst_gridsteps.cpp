@@ -1,5 +1,7 @@
 #include "painter/gridsteps.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 #include <cmath>
@@ -221,5 +223,5 @@ private Q_SLOTS:
     void aNegativeZeroIsZero() { QCOMPARE(shortNumber(-0.0), QStringLiteral("0")); }
 };
 
-QTEST_GUILESS_MAIN(TestGridSteps)
+GRAMO_TEST_GUILESS_MAIN(TestGridSteps)
 #include "tst_gridsteps.moc"

@@ -1,6 +1,7 @@
 #include "painter/phrasingline.h"
 
 #include "gui/support/curves.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -233,5 +234,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPhrasingLine)
+GRAMO_TEST_GUILESS_MAIN(TestPhrasingLine)
 #include "tst_phrasingline.moc"

@@ -1,6 +1,7 @@
 #include "painter/pixelgroups.h"
 
 #include "painter/layover.h"
+#include "support/testmain.h"
 
 #include <QImage>
 #include <QPainter>
@@ -168,5 +169,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestPixelGroups)
+GRAMO_TEST_MAIN(TestPixelGroups)
 #include "tst_pixelgroups.moc"

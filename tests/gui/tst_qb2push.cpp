@@ -1,6 +1,7 @@
 #include "button/qb2push.h"
 
 #include "gui/support/guiprocess.h"
+#include "support/testmain.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -81,5 +82,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQB2Push)
+GRAMO_TEST_MAIN(TestQB2Push)
 #include "tst_qb2push.moc"

@@ -1,6 +1,7 @@
 #include "button/qbpush.h"
 
 #include "gui/support/guiprocess.h"
+#include "support/testmain.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -36,5 +37,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQBPush)
+GRAMO_TEST_MAIN(TestQBPush)
 #include "tst_qbpush.moc"

@@ -3,6 +3,7 @@
 #include "gui/support/guiprocess.h"
 #include "state/mode.h"
 #include "state/singleton.h"
+#include "support/testmain.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -84,5 +85,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQBSelectInput)
+GRAMO_TEST_MAIN(TestQBSelectInput)
 #include "tst_qbselectinput.moc"

@@ -3,6 +3,7 @@
 #include "button/qbtogglecircular.h"
 
 #include "gui/support/guiprocess.h"
+#include "support/testmain.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -110,5 +111,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQBToggle)
+GRAMO_TEST_MAIN(TestQBToggle)
 #include "tst_qbtoggle.moc"

@@ -3,6 +3,7 @@
 #include "gui/support/guiprocess.h"
 #include "state/mode.h"
 #include "state/singleton.h"
+#include "support/testmain.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -68,5 +69,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQComboBoxBpm)
+GRAMO_TEST_MAIN(TestQComboBoxBpm)
 #include "tst_qcomboboxbpm.moc"

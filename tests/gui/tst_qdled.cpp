@@ -1,6 +1,7 @@
 #include "button/qdled.h"
 
 #include "gui/support/guiprocess.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -65,5 +66,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQDLed)
+GRAMO_TEST_MAIN(TestQDLed)
 #include "tst_qdled.moc"

@@ -1,6 +1,7 @@
 #include "menu/qwcontextgraph.h"
 
 #include "gui/support/guiprocess.h"
+#include "support/testmain.h"
 
 #include <QPointer>
 #include <QSignalSpy>
@@ -98,5 +99,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQWContextGraph)
+GRAMO_TEST_MAIN(TestQWContextGraph)
 #include "tst_qwcontextgraph.moc"

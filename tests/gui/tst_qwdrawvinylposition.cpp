@@ -4,6 +4,7 @@
 #include "gui/support/deckgraph.h"
 #include "painter/graphstyle.h"
 #include "phrasing/managephrasing.h"
+#include "support/testmain.h"
 
 #include <QImage>
 #include <QPainter>
@@ -471,5 +472,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQWDrawVinylPosition)
+GRAMO_TEST_MAIN(TestQWDrawVinylPosition)
 #include "tst_qwdrawvinylposition.moc"

@@ -7,6 +7,7 @@
 #include "button/qdled.h"
 #include "combobox/qcomboboxbpm.h"
 #include "gui/support/deckgraph.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -91,5 +92,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQWGridTool)
+GRAMO_TEST_MAIN(TestQWGridTool)
 #include "tst_qwgridtool.moc"

@@ -1,5 +1,6 @@
 #include "gui/support/deckgraph.h"
 #include "gui/support/redpixels.h"
+#include "support/testmain.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -466,5 +467,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQWPainter)
+GRAMO_TEST_MAIN(TestQWPainter)
 #include "tst_qwpainter.moc"

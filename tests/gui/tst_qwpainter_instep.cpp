@@ -2,6 +2,8 @@
 
 #include "gui/support/mousegraph.h"
 
+#include "support/testmain.h"
+
 #include <QSignalSpy>
 
 #include <cmath>
@@ -114,5 +116,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQWPainterInStep)
+GRAMO_TEST_MAIN(TestQWPainterInStep)
 #include "tst_qwpainter_instep.moc"

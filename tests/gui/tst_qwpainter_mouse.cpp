@@ -2,6 +2,8 @@
 
 #include "gui/support/mousegraph.h"
 
+#include "support/testmain.h"
+
 #include <QSignalSpy>
 #include <QTest>
 
@@ -408,5 +410,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQWPainterMouse)
+GRAMO_TEST_MAIN(TestQWPainterMouse)
 #include "tst_qwpainter_mouse.moc"

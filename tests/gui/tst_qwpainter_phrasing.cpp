@@ -10,6 +10,7 @@
 #include "phrasing/wavphrasing.h"
 #include "state/pathfile.h"
 #include "support/phrasingareas.h"
+#include "support/testmain.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -75,7 +76,7 @@ SaveColorPhrasing* openDialog(const QWPainter& graph) {
 
 } // namespace
 
-class TestQWPainterPhrasing : public QObject {
+class TestQWPainterPhrasingKeys : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase() { prepareGuiProcess(); }
@@ -255,5 +256,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQWPainterPhrasing)
+GRAMO_TEST_MAIN(TestQWPainterPhrasingKeys)
 #include "tst_qwpainter_phrasing.moc"

@@ -1,6 +1,7 @@
 // What the graph looks like: colours of single pixels and the sameness of pictures, away from all fonts.
 #include "gui/support/deckgraph.h"
 #include "painter/soundstrip.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -362,5 +363,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQWPainterPicture)
+GRAMO_TEST_MAIN(TestQWPainterPicture)
 #include "tst_qwpainter_picture.moc"

@@ -6,6 +6,7 @@
 #include "phrasing/managephrasing.h"
 #include "phrasing/wavphrasing.h"
 #include "support/phrasingareas.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -243,5 +244,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQWPainterWave)
+GRAMO_TEST_MAIN(TestQWPainterWave)
 #include "tst_qwpainter_wave.moc"

@@ -3,6 +3,7 @@
 #include "gui/support/guiprocess.h"
 #include "phrasing/managephrasing.h"
 #include "support/phrasingareas.h"
+#include "support/testmain.h"
 
 #include <QImage>
 #include <QTest>
@@ -203,5 +204,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQWPainterPhrasing)
+GRAMO_TEST_MAIN(TestQWPainterPhrasing)
 #include "tst_qwpainterphrasing.moc"

@@ -1,5 +1,7 @@
 #include "painter/qwpainterrec.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 class TestQWPainterRec : public QObject {
@@ -35,5 +37,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQWPainterRec)
+GRAMO_TEST_MAIN(TestQWPainterRec)
 #include "tst_qwpainterrec.moc"

@@ -2,6 +2,7 @@
 
 #include "module/wavedata.h"
 #include "painter/graphstyle.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -89,5 +90,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQWPainterWav)
+GRAMO_TEST_MAIN(TestQWPainterWav)
 #include "tst_qwpainterwav.moc"

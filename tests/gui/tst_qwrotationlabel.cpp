@@ -1,5 +1,7 @@
 #include "qwrotationlabel.h"
 
+#include "support/testmain.h"
+
 #include <QImage>
 #include <QPainter>
 #include <QPalette>
@@ -104,5 +106,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQWRotationLabel)
+GRAMO_TEST_MAIN(TestQWRotationLabel)
 #include "tst_qwrotationlabel.moc"

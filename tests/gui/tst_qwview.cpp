@@ -9,6 +9,7 @@
 #include "phrasing/managephrasing.h"
 #include "state/pathfile.h"
 #include "state/vinyl.h"
+#include "support/testmain.h"
 
 #include <QAction>
 #include <QDir>
@@ -494,5 +495,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQWView)
+GRAMO_TEST_MAIN(TestQWView)
 #include "tst_qwview.moc"

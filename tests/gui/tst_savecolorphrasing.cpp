@@ -2,6 +2,7 @@
 
 #include "button/qbpush.h"
 #include "gui/support/guiprocess.h"
+#include "support/testmain.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -124,5 +125,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestSaveColorPhrasing)
+GRAMO_TEST_MAIN(TestSaveColorPhrasing)
 #include "tst_savecolorphrasing.moc"

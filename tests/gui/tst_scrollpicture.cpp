@@ -1,5 +1,7 @@
 #include "painter/scrollpicture.h"
 
+#include "support/testmain.h"
+
 #include <QRandomGenerator>
 #include <QTest>
 
@@ -303,5 +305,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestScrollPicture)
+GRAMO_TEST_MAIN(TestScrollPicture)
 #include "tst_scrollpicture.moc"

@@ -1,5 +1,7 @@
 #include "painter/shiniicons.h"
 
+#include "support/testmain.h"
+
 #include <QImage>
 #include <QPainter>
 #include <QTest>
@@ -108,5 +110,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestShiniIcons)
+GRAMO_TEST_MAIN(TestShiniIcons)
 #include "tst_shiniicons.moc"

@@ -5,6 +5,7 @@
 #include "painter/drummingline.h"
 #include "painter/normalline.h"
 #include "painter/phrasingline.h"
+#include "support/testmain.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -405,5 +406,5 @@ private:
     static inline int s_found = 0;
 };
 
-QTEST_MAIN(TestShiniMarks)
+GRAMO_TEST_MAIN(TestShiniMarks)
 #include "tst_shinimarks.moc"

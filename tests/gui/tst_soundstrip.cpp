@@ -1,6 +1,7 @@
 #include "painter/soundstrip.h"
 
 #include "gui/support/curves.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -78,5 +79,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSoundStrip)
+GRAMO_TEST_GUILESS_MAIN(TestSoundStrip)
 #include "tst_soundstrip.moc"

@@ -1,6 +1,7 @@
 #include "painter/standstill.h"
 
 #include "gui/support/curves.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -37,5 +38,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestStandstill)
+GRAMO_TEST_GUILESS_MAIN(TestStandstill)
 #include "tst_standstill.moc"

@@ -1,5 +1,7 @@
 #include "painter/strokechain.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 #include <random>
@@ -123,5 +125,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(TestStrokeChain)
+GRAMO_TEST_APPLESS_MAIN(TestStrokeChain)
 #include "tst_strokechain.moc"

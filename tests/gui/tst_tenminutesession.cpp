@@ -3,6 +3,7 @@
 #include "gui/support/deckgraph.h"
 #include "phrasing/managephrasing.h"
 #include "support/phrasingareas.h"
+#include "support/testmain.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -204,5 +205,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestTenMinuteSession)
+GRAMO_TEST_MAIN(TestTenMinuteSession)
 #include "tst_tenminutesession.moc"

@@ -1,5 +1,7 @@
 #include "painter/wavebars.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 namespace {
@@ -113,5 +115,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestWaveBars)
+GRAMO_TEST_MAIN(TestWaveBars)
 #include "tst_wavebars.moc"

@@ -1,5 +1,6 @@
 #include "painter/curvecolor.h"
 #include "painter/wavemarkers.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -64,5 +65,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestWaveMarkers)
+GRAMO_TEST_GUILESS_MAIN(TestWaveMarkers)
 #include "tst_wavemarkers.moc"

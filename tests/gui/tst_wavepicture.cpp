@@ -2,6 +2,7 @@
 #include "painter/wavepicture.h"
 
 #include "module/wavedata.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -197,5 +198,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestWavePicture)
+GRAMO_TEST_GUILESS_MAIN(TestWavePicture)
 #include "tst_wavepicture.moc"

@@ -1,6 +1,8 @@
 // The part of a window that is a widget's, on a screen whose ratio is no fraction of two small numbers.
 #include "painter/windowpart.h"
 
+#include "support/testmain.h"
+
 #include <QApplication>
 #include <QBackingStore>
 #include <QPainter>
@@ -83,10 +85,12 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
+namespace {
+int runScaled(int argc, char* argv[]) {
     qputenv("QT_SCALE_FACTOR", "1.3");
-    QApplication application(argc, argv);
-    TestWindowPart test;
-    return QTest::qExec(&test, argc, argv);
+    return TestMain::run<QApplication, TestWindowPart>(argc, argv);
 }
+} // namespace
+
+GRAMO_TEST_RUN(runScaled)
 #include "tst_windowpart.moc"

@@ -1,6 +1,7 @@
 #include "painter/xrange.h"
 
 #include "model/wholenumber.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -92,5 +93,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestXRange)
+GRAMO_TEST_GUILESS_MAIN(TestXRange)
 #include "tst_xrange.moc"

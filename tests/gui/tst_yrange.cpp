@@ -1,5 +1,7 @@
 #include "painter/yrange.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 #include <limits>
@@ -67,5 +69,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestYRange)
+GRAMO_TEST_GUILESS_MAIN(TestYRange)
 #include "tst_yrange.moc"

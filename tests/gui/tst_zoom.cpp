@@ -1,5 +1,7 @@
 #include "painter/zoom.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 #include <limits>
@@ -184,5 +186,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestZoom)
+GRAMO_TEST_GUILESS_MAIN(TestZoom)
 #include "tst_zoom.moc"

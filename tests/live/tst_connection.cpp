@@ -5,6 +5,7 @@
 #include "button/qdled.h"
 #include "combobox/qcomboboxbpm.h"
 #include "curve/qcurve.h"
+#include "support/testmain.h"
 
 #include <QApplication>
 #include <QSplashScreen>
@@ -333,11 +334,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    tst_Connection test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+GRAMO_TEST_MAIN(tst_Connection)
 #include "tst_connection.moc"

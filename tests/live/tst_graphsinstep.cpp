@@ -7,6 +7,7 @@
 #include "curve/qcurve.h"
 #include "menu/qwcontextgraph.h"
 #include "model/qsample.h"
+#include "support/testmain.h"
 
 #include <QAction>
 #include <QApplication>
@@ -332,11 +333,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    tst_GraphsInStep test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+GRAMO_TEST_MAIN(tst_GraphsInStep)
 #include "tst_graphsinstep.moc"

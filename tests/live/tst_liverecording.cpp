@@ -8,6 +8,7 @@
 #include "curve/qcurve.h"
 #include "module/wavedata.h"
 #include "state/portaudiosession.h"
+#include "support/testmain.h"
 
 #include <QApplication>
 #include <QTemporaryDir>
@@ -294,11 +295,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    tst_LiveRecording test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+GRAMO_TEST_MAIN(tst_LiveRecording)
 #include "tst_liverecording.moc"

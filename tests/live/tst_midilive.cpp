@@ -8,6 +8,7 @@
 #include "module/qmidiin.h"
 #include "state/midi.h"
 #include "state/portaudiosession.h"
+#include "support/testmain.h"
 
 #include <QApplication>
 #include <QSignalSpy>
@@ -252,11 +253,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    tst_MidiLive test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+GRAMO_TEST_MAIN(tst_MidiLive)
 #include "tst_midilive.moc"

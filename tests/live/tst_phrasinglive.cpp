@@ -6,6 +6,7 @@
 
 #include "dialog/savecolorphrasing.h"
 #include "phrasing/phrasingfile.h"
+#include "support/testmain.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -401,11 +402,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    tst_PhrasingLive test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+GRAMO_TEST_MAIN(tst_PhrasingLive)
 #include "tst_phrasinglive.moc"

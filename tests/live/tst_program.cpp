@@ -1,6 +1,7 @@
 // The program as a process of its own under a real X server and window manager.
 
 #include "liverig.h"
+#include "support/testmain.h"
 #include "support/unprivileged.h"
 
 #include <QApplication>
@@ -244,11 +245,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    tst_Program test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+GRAMO_TEST_MAIN(tst_Program)
 #include "tst_program.moc"

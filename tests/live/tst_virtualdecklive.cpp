@@ -1,6 +1,7 @@
 // The virtual deck as a JACK client, heard by another client on a server of the test's own.
 
 #include "liverig.h"
+#include "support/testmain.h"
 #include "syntheticrecord.h"
 
 #include <QProcess>
@@ -333,5 +334,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_VirtualDeckLive)
+GRAMO_TEST_GUILESS_MAIN(tst_VirtualDeckLive)
 #include "tst_virtualdecklive.moc"

@@ -7,6 +7,7 @@
 #include "state/midi.h"
 #include "state/time.h"
 #include "support/drivendecks.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -383,6 +384,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestCallbackRealtime)
+GRAMO_TEST_GUILESS_MAIN(TestCallbackRealtime)
 
 #include "tst_callbackrealtime.moc"

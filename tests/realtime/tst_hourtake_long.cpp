@@ -3,6 +3,8 @@
 
 #include "support/driventake.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 class TestHourTake : public QObject {
@@ -19,6 +21,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestHourTake)
+GRAMO_TEST_GUILESS_MAIN(TestHourTake)
 
 #include "tst_hourtake_long.moc"

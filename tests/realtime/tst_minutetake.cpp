@@ -2,6 +2,8 @@
 
 #include "support/driventake.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 class TestMinuteTake : public QObject {
@@ -18,6 +20,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestMinuteTake)
+GRAMO_TEST_GUILESS_MAIN(TestMinuteTake)
 
 #include "tst_minutetake.moc"

@@ -3,6 +3,7 @@
 #include "curve/curveextremes.h"
 #include "support/loadfactor.h"
 #include "support/seededpoint.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -97,6 +98,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestCurveExtremesThreads)
+GRAMO_TEST_GUILESS_MAIN(TestCurveExtremesThreads)
 
 #include "tst_curveextremesthreads.moc"

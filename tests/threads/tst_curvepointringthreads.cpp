@@ -3,6 +3,7 @@
 #include "curve/curvepointring.h"
 #include "support/loadfactor.h"
 #include "support/seededpoint.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -150,6 +151,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestCurvePointRingThreads)
+GRAMO_TEST_GUILESS_MAIN(TestCurvePointRingThreads)
 
 #include "tst_curvepointringthreads.moc"

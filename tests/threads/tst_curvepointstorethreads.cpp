@@ -4,6 +4,7 @@
 #include "curve/curvesearch.h"
 #include "support/loadfactor.h"
 #include "support/seededpoint.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -230,6 +231,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestCurvePointStoreThreads)
+GRAMO_TEST_GUILESS_MAIN(TestCurvePointStoreThreads)
 
 #include "tst_curvepointstorethreads.moc"

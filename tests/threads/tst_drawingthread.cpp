@@ -2,6 +2,7 @@
 
 #include "painter/drawingthread.h"
 #include "support/loadfactor.h"
+#include "support/testmain.h"
 
 #include <QTest>
 #include <QThread>
@@ -102,5 +103,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDrawingThread)
+GRAMO_TEST_GUILESS_MAIN(TestDrawingThread)
 #include "tst_drawingthread.moc"

@@ -12,6 +12,7 @@
 #include "support/datafolder.h"
 #include "support/fakertmidi.h"
 #include "support/loadfactor.h"
+#include "support/testmain.h"
 
 #include <QTest>
 #include <QThread>
@@ -88,6 +89,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestMidiThreads)
+GRAMO_TEST_GUILESS_MAIN(TestMidiThreads)
 
 #include "tst_midithreads.moc"

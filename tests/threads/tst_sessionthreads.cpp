@@ -9,6 +9,7 @@
 #include "state/vinyl.h"
 #include "support/drivendecks.h"
 #include "support/loadfactor.h"
+#include "support/testmain.h"
 
 #include <QTest>
 #include <QTimer>
@@ -177,6 +178,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSessionThreads)
+GRAMO_TEST_GUILESS_MAIN(TestSessionThreads)
 
 #include "tst_sessionthreads.moc"

@@ -9,6 +9,7 @@
 #include "state/timecode.h"
 #include "state/vinyl.h"
 #include "support/loadfactor.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -198,6 +199,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSharedStateThreads)
+GRAMO_TEST_GUILESS_MAIN(TestSharedStateThreads)
 
 #include "tst_sharedstatethreads.moc"

@@ -3,6 +3,7 @@
 #include "module/takestore.h"
 #include "motion.h"
 #include "support/loadfactor.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -101,6 +102,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestTakeStoreThreads)
+GRAMO_TEST_GUILESS_MAIN(TestTakeStoreThreads)
 
 #include "tst_takestorethreads.moc"

@@ -3,6 +3,7 @@
 
 #include "external/code/timecoder.h"
 #include "support/decoderrun.h"
+#include "support/testmain.h"
 #include "syntheticrecord.h"
 #include "wavefilewriter.h"
 
@@ -471,5 +472,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Decode)
+GRAMO_TEST_GUILESS_MAIN(tst_Decode)
 #include "tst_decode.moc"

@@ -1,5 +1,7 @@
 // gramoscope-devices as a program: what it lists without a sound server, and what it refuses.
 
+#include "support/testmain.h"
+
 #include <QDir>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -99,5 +101,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Devices)
+GRAMO_TEST_GUILESS_MAIN(tst_Devices)
 #include "tst_devices.moc"

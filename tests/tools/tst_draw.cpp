@@ -1,6 +1,8 @@
 // gramoscope-draw as a program: what its pictures show.
 #include "tools/drawrun.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -396,5 +398,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Draw)
+GRAMO_TEST_GUILESS_MAIN(tst_Draw)
 #include "tst_draw.moc"

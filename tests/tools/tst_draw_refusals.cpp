@@ -2,6 +2,8 @@
 // user's is touched.
 #include "tools/drawrun.h"
 
+#include "support/testmain.h"
+
 #include <QDateTime>
 #include <QMap>
 #include <QTest>
@@ -373,5 +375,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_DrawRefusals)
+GRAMO_TEST_GUILESS_MAIN(tst_DrawRefusals)
 #include "tst_draw_refusals.moc"

@@ -1,6 +1,8 @@
 // The command line of gramoscope-draw: every option, what is left open, and every refusal.
 #include "drawoptions.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 #include <map>
@@ -249,5 +251,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_DrawOptions)
+GRAMO_TEST_GUILESS_MAIN(tst_DrawOptions)
 #include "tst_drawoptions.moc"

@@ -1,5 +1,7 @@
 #include "motion.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 #include <algorithm>
@@ -228,5 +230,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Motion)
+GRAMO_TEST_GUILESS_MAIN(tst_Motion)
 #include "tst_motion.moc"

@@ -1,33 +1,11 @@
 #include "syntheticrecord.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 #include <algorithm>
-#include <atomic>
 #include <cmath>
-#include <cstdlib>
-#include <new>
-
-namespace {
-
-std::atomic<int> allocations{0};
-
-} // namespace
-
-// Counts what the test program and the libraries ask of the heap in C++.
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(size)) {
-        return memory;
-    }
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace {
 
@@ -98,27 +76,6 @@ private Q_SLOTS:
             const StereoFrame f = record.frame(1000 + i);
             QVERIFY(left[i] * 32768.0F == float(f.left) && right[i] * 32768.0F == float(f.right));
         }
-    }
-
-    void renderingAllocatesNothing() {
-        for (const std::string& name : Motion::patternNames()) {
-            const SyntheticRecord record(serato(), rate, Motion(*Motion::patternFromName(name)),
-                                         everything());
-            std::vector<float> left(64);
-            std::vector<float> right(64);
-            int crossfaders = 0;
-            const int before = allocations;
-            for (std::uint64_t i = 0; i < 64000; i += 64) {
-                record.render(i, 64, left.data(), right.data());
-                crossfaders += record.truth(i).crossfader;
-            }
-            const int after = allocations;
-            QCOMPARE(after, before);
-            QVERIFY(crossfaders > 0);
-        }
-        const int before = allocations;
-        ::operator delete(::operator new(16));
-        QCOMPARE(int(allocations), before + 1); // the counter counts
     }
 
     void bitsAreTheTopsOfTheRegisterFromTheSeedOn() {
@@ -281,5 +238,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_SyntheticRecord)
+GRAMO_TEST_GUILESS_MAIN(tst_SyntheticRecord)
 #include "tst_syntheticrecord.moc"

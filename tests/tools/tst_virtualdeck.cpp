@@ -2,6 +2,8 @@
 
 #include "syntheticrecord.h"
 
+#include "support/testmain.h"
+
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -217,5 +219,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_VirtualDeck)
+GRAMO_TEST_GUILESS_MAIN(tst_VirtualDeck)
 #include "tst_virtualdeck.moc"

@@ -1,5 +1,7 @@
 #include "wavefilewriter.h"
 
+#include "support/testmain.h"
+
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -121,5 +123,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_WaveFileWriter)
+GRAMO_TEST_GUILESS_MAIN(tst_WaveFileWriter)
 #include "tst_wavefilewriter.moc"

@@ -1,5 +1,7 @@
 #include "curve/autoresize.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 class tst_Autoresize : public QObject {
@@ -21,5 +23,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_Autoresize)
+GRAMO_TEST_APPLESS_MAIN(tst_Autoresize)
 #include "tst_autoresize.moc"

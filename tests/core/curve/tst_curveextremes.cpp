@@ -2,6 +2,7 @@
 
 #include "curve/qcurve.h"
 #include "support/datafolder.h"
+#include "support/testmain.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -287,5 +288,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_CurveExtremes)
+GRAMO_TEST_GUILESS_MAIN(tst_CurveExtremes)
 #include "tst_curveextremes.moc"

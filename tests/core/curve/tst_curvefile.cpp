@@ -5,6 +5,7 @@
 #include "state/singleton.h"
 #include "support/datafolder.h"
 #include "support/fulldisk.h"
+#include "support/testmain.h"
 
 #include <QFileInfo>
 #include <QRandomGenerator>
@@ -465,5 +466,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_CurveFile)
+GRAMO_TEST_GUILESS_MAIN(tst_CurveFile)
 #include "tst_curvefile.moc"

@@ -1,5 +1,6 @@
 #include "curve/angle.h"
 #include "curve/curvepoint.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -55,5 +56,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_CurvePoint)
+GRAMO_TEST_APPLESS_MAIN(tst_CurvePoint)
 #include "tst_curvepoint.moc"

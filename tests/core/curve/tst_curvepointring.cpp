@@ -1,5 +1,6 @@
 #include "curve/curvepointring.h"
 #include "support/seededpoint.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -159,5 +160,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_CurvePointRing)
+GRAMO_TEST_APPLESS_MAIN(tst_CurvePointRing)
 #include "tst_curvepointring.moc"

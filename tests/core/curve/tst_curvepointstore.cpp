@@ -1,5 +1,6 @@
 #include "curve/curvepointstore.h"
 #include "support/seededpoint.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -270,5 +271,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_CurvePointStore)
+GRAMO_TEST_APPLESS_MAIN(tst_CurvePointStore)
 #include "tst_curvepointstore.moc"

@@ -1,5 +1,6 @@
 #include "curve/qcurve.h"
 #include "support/datafolder.h"
+#include "support/testmain.h"
 
 #include <QMetaMethod>
 #include <QRandomGenerator>
@@ -384,5 +385,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_QCurve)
+GRAMO_TEST_GUILESS_MAIN(tst_QCurve)
 #include "tst_qcurve.moc"

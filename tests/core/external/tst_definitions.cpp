@@ -2,6 +2,7 @@
 #include "model/enumtext.h"
 #include "model/modeltimecode.h"
 #include "support/deathmessage.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -203,5 +204,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Definitions)
+GRAMO_TEST_GUILESS_MAIN(tst_Definitions)
 #include "tst_definitions.moc"

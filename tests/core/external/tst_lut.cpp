@@ -1,5 +1,7 @@
 #include "external/code/definitions.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 class tst_Lut : public QObject {
@@ -80,5 +82,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Lut)
+GRAMO_TEST_GUILESS_MAIN(tst_Lut)
 #include "tst_lut.moc"

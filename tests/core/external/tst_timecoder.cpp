@@ -1,6 +1,7 @@
 #include "external/code/timecoder.h"
 #include "support/deathmessage.h"
 #include "support/decoderrun.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -505,5 +506,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Timecoder)
+GRAMO_TEST_GUILESS_MAIN(tst_Timecoder)
 #include "tst_timecoder.moc"

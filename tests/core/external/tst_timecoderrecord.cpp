@@ -2,6 +2,8 @@
 
 #include "support/decoderrun.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 #include <algorithm>
@@ -284,5 +286,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_TimecoderRecord)
+GRAMO_TEST_GUILESS_MAIN(tst_TimecoderRecord)
 #include "tst_timecoderrecord.moc"

@@ -2,6 +2,7 @@
 // computed anew for every frame. Every field has to agree after every frame, bit by bit.
 
 #include "external/code/timecoder.h"
+#include "support/testmain.h"
 #include "syntheticrecord.h"
 
 #include <QTest>
@@ -313,5 +314,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_TimecoderReference)
+GRAMO_TEST_GUILESS_MAIN(tst_TimecoderReference)
 #include "tst_timecoderreference.moc"

@@ -2,6 +2,8 @@
 
 #include "model/constants.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -93,5 +95,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_Constants)
+GRAMO_TEST_APPLESS_MAIN(tst_Constants)
 #include "tst_constants.moc"

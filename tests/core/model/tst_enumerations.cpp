@@ -19,6 +19,7 @@
 #include "model/modelstyle.h"
 #include "model/modeltimecode.h"
 #include "model/modelvolume.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -117,5 +118,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_Enumerations)
+GRAMO_TEST_APPLESS_MAIN(tst_Enumerations)
 #include "tst_enumerations.moc"

@@ -1,5 +1,7 @@
 #include "model/objectaudiodevice.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -96,5 +98,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_ObjectAudioDevice)
+GRAMO_TEST_APPLESS_MAIN(tst_ObjectAudioDevice)
 #include "tst_objectaudiodevice.moc"

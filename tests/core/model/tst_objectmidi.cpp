@@ -1,5 +1,7 @@
 #include "model/objectmidi.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 #include <QTime>
 #include <QVariant>
@@ -86,5 +88,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_ObjectMidi)
+GRAMO_TEST_APPLESS_MAIN(tst_ObjectMidi)
 #include "tst_objectmidi.moc"

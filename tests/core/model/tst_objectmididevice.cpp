@@ -1,5 +1,7 @@
 #include "model/objectmididevice.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -20,5 +22,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_ObjectMidiDevice)
+GRAMO_TEST_APPLESS_MAIN(tst_ObjectMidiDevice)
 #include "tst_objectmididevice.moc"

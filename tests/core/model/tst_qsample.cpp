@@ -1,5 +1,7 @@
 #include "model/qsample.h"
 
+#include "support/testmain.h"
+
 #include <QDateTime>
 #include <QRegularExpression>
 #include <QTest>
@@ -156,5 +158,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_QSample)
+GRAMO_TEST_GUILESS_MAIN(tst_QSample)
 #include "tst_qsample.moc"

@@ -1,5 +1,7 @@
 #include "model/uniquestamp.h"
 
+#include "support/testmain.h"
+
 #include <QDateTime>
 #include <QRegularExpression>
 #include <QSet>
@@ -33,5 +35,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_UniqueStamp)
+GRAMO_TEST_GUILESS_MAIN(tst_UniqueStamp)
 #include "tst_uniquestamp.moc"

@@ -1,5 +1,7 @@
 #include "module/audionotifier.h"
 
+#include "support/testmain.h"
+
 #include <QSignalSpy>
 #include <QTest>
 
@@ -33,5 +35,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_AudioNotifier)
+GRAMO_TEST_GUILESS_MAIN(tst_AudioNotifier)
 #include "tst_audionotifier.moc"

@@ -1,5 +1,7 @@
 #include "module/beatclock.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 #include <random>
@@ -72,5 +74,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_BeatClock)
+GRAMO_TEST_APPLESS_MAIN(tst_BeatClock)
 #include "tst_beatclock.moc"

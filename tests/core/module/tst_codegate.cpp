@@ -1,5 +1,7 @@
 #include "module/codegate.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 class tst_CodeGate : public QObject {
@@ -74,5 +76,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_CodeGate)
+GRAMO_TEST_APPLESS_MAIN(tst_CodeGate)
 #include "tst_codegate.moc"

@@ -1,5 +1,7 @@
 #include "module/deckaudible.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 class tst_DeckAudible : public QObject {
@@ -49,5 +51,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_DeckAudible)
+GRAMO_TEST_APPLESS_MAIN(tst_DeckAudible)
 #include "tst_deckaudible.moc"

@@ -6,6 +6,7 @@
 #include "state/singleton.h"
 #include "support/datafolder.h"
 #include "support/fakeportaudio.h"
+#include "support/testmain.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -255,5 +256,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_DeviceObject)
+GRAMO_TEST_GUILESS_MAIN(tst_DeviceObject)
 #include "tst_deviceobject.moc"

@@ -3,6 +3,7 @@
 #include "module/inputcallback.h"
 #include "state/time.h"
 #include "support/drivendecks.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -299,5 +300,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_InputCallback)
+GRAMO_TEST_GUILESS_MAIN(tst_InputCallback)
 #include "tst_inputcallback.moc"

@@ -4,6 +4,7 @@
 #include "state/mode.h"
 #include "state/portaudiosession.h"
 #include "support/fakeportaudio.h"
+#include "support/testmain.h"
 
 #include <QTemporaryFile>
 #include <QTest>
@@ -164,5 +165,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_InputStream)
+GRAMO_TEST_GUILESS_MAIN(tst_InputStream)
 #include "tst_inputstream.moc"

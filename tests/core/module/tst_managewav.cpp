@@ -4,6 +4,7 @@
 #include "module/wavheader.h"
 #include "motion.h"
 #include "support/fulldisk.h"
+#include "support/testmain.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -157,5 +158,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_ManageWAV)
+GRAMO_TEST_APPLESS_MAIN(tst_ManageWAV)
 #include "tst_managewav.moc"

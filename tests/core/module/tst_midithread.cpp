@@ -5,6 +5,7 @@
 #include "state/singleton.h"
 #include "support/datafolder.h"
 #include "support/fakertmidi.h"
+#include "support/testmain.h"
 
 #include <QPointer>
 #include <QTest>
@@ -85,5 +86,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_MidiThread)
+GRAMO_TEST_GUILESS_MAIN(tst_MidiThread)
 #include "tst_midithread.moc"

@@ -1,5 +1,6 @@
 #include "module/qmidiin.h"
 #include "support/fakertmidi.h"
+#include "support/testmain.h"
 
 #include <QDateTime>
 #include <QSignalSpy>
@@ -305,5 +306,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_QMidiIn)
+GRAMO_TEST_GUILESS_MAIN(tst_QMidiIn)
 #include "tst_qmidiin.moc"

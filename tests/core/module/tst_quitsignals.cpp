@@ -1,5 +1,7 @@
 #include "module/quitsignals.h"
 
+#include "support/testmain.h"
+
 #include <QCoreApplication>
 #include <QProcess>
 #include <QTest>
@@ -21,7 +23,8 @@ constexpr int patienceMs = 1000; // far beyond the pass of the event loop in whi
 int outcome(int signal, bool ignored) {
     QProcess process;
     process.setChildProcessModifier([=] { std::signal(signal, ignored ? SIG_IGN : SIG_DFL); });
-    process.start(QCoreApplication::applicationFilePath(), {sendsItself, QString::number(signal)});
+    process.start(QCoreApplication::applicationFilePath(),
+                  {u"tst_quitsignals"_s, sendsItself, QString::number(signal)});
     return process.waitForFinished() && process.exitStatus() == QProcess::NormalExit ? process.exitCode()
                                                                                      : -1;
 }
@@ -51,13 +54,15 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
-    QCoreApplication application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() > 2 && arguments[1] == sendsItself) {
-        return sendToItself(arguments[2].toInt());
+namespace {
+int runOrSendToItself(int argc, char* argv[]) {
+    if (argc > 2 && QString::fromLocal8Bit(argv[1]) == sendsItself) {
+        QCoreApplication application(argc, argv);
+        return sendToItself(QString::fromLocal8Bit(argv[2]).toInt());
     }
-    tst_QuitSignals test;
-    return QTest::qExec(&test, argc, argv);
+    return TestMain::run<QCoreApplication, tst_QuitSignals>(argc, argv);
 }
+} // namespace
+
+GRAMO_TEST_RUN(runOrSendToItself)
 #include "tst_quitsignals.moc"

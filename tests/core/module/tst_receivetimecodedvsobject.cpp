@@ -15,6 +15,7 @@
 #include "state/vinyl.h"
 #include "support/datafolder.h"
 #include "support/deathmessage.h"
+#include "support/testmain.h"
 #include "syntheticrecord.h"
 
 #include <QTest>
@@ -871,5 +872,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_ReceiveTimecodeDVSObject)
+GRAMO_TEST_GUILESS_MAIN(tst_ReceiveTimecodeDVSObject)
 #include "tst_receivetimecodedvsobject.moc"

@@ -1,5 +1,7 @@
 #include "module/streamrouting.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 namespace {
@@ -147,5 +149,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_StreamRouting)
+GRAMO_TEST_APPLESS_MAIN(tst_StreamRouting)
 #include "tst_streamrouting.moc"

@@ -1,5 +1,6 @@
 #include "module/takestore.h"
 #include "motion.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -115,5 +116,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_TakeStore)
+GRAMO_TEST_APPLESS_MAIN(tst_TakeStore)
 #include "tst_takestore.moc"

@@ -3,6 +3,7 @@
 
 #include "module/trackingfilter.h"
 #include "motion.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -255,5 +256,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_TrackingFilter)
+GRAMO_TEST_APPLESS_MAIN(tst_TrackingFilter)
 #include "tst_trackingfilter.moc"

@@ -2,6 +2,7 @@
 
 #include "module/wavedata.h"
 #include "module/wavheader.h"
+#include "support/testmain.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -331,5 +332,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_WaveData)
+GRAMO_TEST_APPLESS_MAIN(tst_WaveData)
 #include "tst_wavedata.moc"

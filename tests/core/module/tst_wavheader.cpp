@@ -1,5 +1,7 @@
 #include "module/wavheader.h"
 
+#include "support/testmain.h"
+
 #include <QBuffer>
 #include <QTest>
 
@@ -130,5 +132,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_WavHeader)
+GRAMO_TEST_APPLESS_MAIN(tst_WavHeader)
 #include "tst_wavheader.moc"

@@ -4,6 +4,7 @@
 #include "state/singleton.h"
 #include "support/datafolder.h"
 #include "support/fakertmidi.h"
+#include "support/testmain.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -366,5 +367,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_WorkerMidiObject)
+GRAMO_TEST_GUILESS_MAIN(tst_WorkerMidiObject)
 #include "tst_workermidiobject.moc"

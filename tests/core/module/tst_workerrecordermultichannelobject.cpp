@@ -14,6 +14,7 @@
 #include "state/time.h"
 #include "support/datafolder.h"
 #include "support/fakeportaudio.h"
+#include "support/testmain.h"
 
 #include <QFile>
 #include <QSignalSpy>
@@ -614,5 +615,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_WorkerRecorderMultiChannelObject)
+GRAMO_TEST_GUILESS_MAIN(tst_WorkerRecorderMultiChannelObject)
 #include "tst_workerrecordermultichannelobject.moc"

@@ -7,6 +7,7 @@
 #include "state/vinyl.h"
 #include "support/datafolder.h"
 #include "support/phrasingareas.h"
+#include "support/testmain.h"
 
 #include <QDataStream>
 #include <QFile>
@@ -506,5 +507,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_ManagePhrasing)
+GRAMO_TEST_GUILESS_MAIN(tst_ManagePhrasing)
 #include "tst_managephrasing.moc"

@@ -2,6 +2,7 @@
 #include "phrasing/managephrasing.h"
 #include "phrasing/phrasing.h"
 #include "support/phrasingareas.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -118,5 +119,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Phrasing)
+GRAMO_TEST_GUILESS_MAIN(tst_Phrasing)
 #include "tst_phrasing.moc"

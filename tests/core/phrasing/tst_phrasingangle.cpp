@@ -5,6 +5,7 @@
 #include "state/timecode.h"
 #include "state/vinyl.h"
 #include "support/drivendecks.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -100,5 +101,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_PhrasingAngle)
+GRAMO_TEST_GUILESS_MAIN(tst_PhrasingAngle)
 #include "tst_phrasingangle.moc"

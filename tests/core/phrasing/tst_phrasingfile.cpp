@@ -6,6 +6,7 @@
 #include "state/pathfile.h"
 #include "support/datafolder.h"
 #include "support/phrasingareas.h"
+#include "support/testmain.h"
 
 #include <QDomDocument>
 #include <QFile>
@@ -439,5 +440,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_PhrasingFile)
+GRAMO_TEST_GUILESS_MAIN(tst_PhrasingFile)
 #include "tst_phrasingfile.moc"

@@ -4,6 +4,7 @@
 #include "phrasing/phrasingfile.h"
 #include "support/datafolder.h"
 #include "support/phrasingareas.h"
+#include "support/testmain.h"
 
 #include <QDomDocument>
 #include <QFile>
@@ -421,5 +422,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_PhrasingFileBroken)
+GRAMO_TEST_GUILESS_MAIN(tst_PhrasingFileBroken)
 #include "tst_phrasingfile_broken.moc"

@@ -1,5 +1,7 @@
 #include "phrasing/phrasingpalette.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 class tst_PhrasingPalette : public QObject {
@@ -29,5 +31,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_PhrasingPalette)
+GRAMO_TEST_APPLESS_MAIN(tst_PhrasingPalette)
 #include "tst_phrasingpalette.moc"

@@ -1,5 +1,7 @@
 #include "phrasing/qphrasing.h"
 
+#include "support/testmain.h"
+
 #include <QSet>
 #include <QTest>
 
@@ -63,5 +65,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_QPhrasing)
+GRAMO_TEST_APPLESS_MAIN(tst_QPhrasing)
 #include "tst_qphrasing.moc"

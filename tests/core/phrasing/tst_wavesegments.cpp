@@ -1,5 +1,6 @@
 #include "phrasing/wavesegments.h"
 #include "support/phrasingareas.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -54,5 +55,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_WaveSegments)
+GRAMO_TEST_APPLESS_MAIN(tst_WaveSegments)
 #include "tst_wavesegments.moc"

@@ -1,5 +1,6 @@
 #include "module/wavedata.h"
 #include "phrasing/wavphrasing.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -50,5 +51,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_WavPhrasing)
+GRAMO_TEST_APPLESS_MAIN(tst_WavPhrasing)
 #include "tst_wavphrasing.moc"

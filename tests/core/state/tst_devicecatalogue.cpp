@@ -3,6 +3,7 @@
 #include "state/portaudiosession.h"
 #include "state/settingmixer.h"
 #include "support/fakeportaudio.h"
+#include "support/testmain.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -244,5 +245,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_DeviceCatalogue)
+GRAMO_TEST_GUILESS_MAIN(tst_DeviceCatalogue)
 #include "tst_devicecatalogue.moc"

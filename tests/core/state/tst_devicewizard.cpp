@@ -5,6 +5,7 @@
 #include "state/singleton.h"
 #include "support/datafolder.h"
 #include "support/fakeportaudio.h"
+#include "support/testmain.h"
 
 #include <QFile>
 #include <QSettings>
@@ -218,5 +219,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_DeviceWizard)
+GRAMO_TEST_GUILESS_MAIN(tst_DeviceWizard)
 #include "tst_devicewizard.moc"

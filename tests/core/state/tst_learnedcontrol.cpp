@@ -1,5 +1,7 @@
 #include "state/learnedcontrol.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -32,5 +34,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_LearnedControl)
+GRAMO_TEST_APPLESS_MAIN(tst_LearnedControl)
 #include "tst_learnedcontrol.moc"

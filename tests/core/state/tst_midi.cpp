@@ -1,5 +1,7 @@
 #include "state/midi.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -41,5 +43,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Midi)
+GRAMO_TEST_GUILESS_MAIN(tst_Midi)
 #include "tst_midi.moc"

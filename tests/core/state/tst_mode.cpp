@@ -2,6 +2,7 @@
 #include "state/setting.h"
 #include "state/singleton.h"
 #include "support/datafolder.h"
+#include "support/testmain.h"
 
 #include <QMetaMethod>
 #include <QTest>
@@ -239,5 +240,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Mode)
+GRAMO_TEST_GUILESS_MAIN(tst_Mode)
 #include "tst_mode.moc"

@@ -1,6 +1,7 @@
 #include "state/pathfile.h"
 #include "support/datafolder.h"
 #include "support/fulldisk.h"
+#include "support/testmain.h"
 #include "support/unprivileged.h"
 
 #include <QCoreApplication>
@@ -55,7 +56,7 @@ QString dataFolderOf(const QString& program, const QString& workingDirectory, co
     environment.insert(u"XDG_DATA_HOME"_s, userData);
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(workingDirectory);
-    process.start(program, QStringList(asksForTheDataFolder) + given);
+    process.start(program, QStringList{u"tst_pathfile"_s, asksForTheDataFolder} + given);
     process.waitForFinished();
     return clean(QString::fromUtf8(process.readAllStandardOutput()));
 }
@@ -433,7 +434,8 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
+namespace {
+int runOrTellTheDataFolder(int argc, char* argv[]) {
     QGuiApplication application(argc, argv); // pathIcon gives a picture
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.contains(asksForTheDataFolder)) {
@@ -451,4 +453,7 @@ int main(int argc, char* argv[]) {
     tst_PathFile test;
     return QTest::qExec(&test, argc, argv);
 }
+} // namespace
+
+GRAMO_TEST_RUN(runOrTellTheDataFolder)
 #include "tst_pathfile.moc"

@@ -1,5 +1,7 @@
 #include "state/performance.h"
 
+#include "support/testmain.h"
+
 #include <QSignalSpy>
 #include <QTest>
 
@@ -133,5 +135,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Performance)
+GRAMO_TEST_GUILESS_MAIN(tst_Performance)
 #include "tst_performance.moc"

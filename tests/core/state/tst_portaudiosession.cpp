@@ -1,5 +1,6 @@
 #include "state/portaudiosession.h"
 #include "support/fakeportaudio.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -88,5 +89,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_PortAudioSession)
+GRAMO_TEST_GUILESS_MAIN(tst_PortAudioSession)
 #include "tst_portaudiosession.moc"

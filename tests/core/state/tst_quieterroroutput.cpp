@@ -1,5 +1,7 @@
 #include "state/quieterroroutput.h"
 
+#include "support/testmain.h"
+
 #include <QTemporaryFile>
 #include <QTest>
 
@@ -77,5 +79,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_QuietErrorOutput)
+GRAMO_TEST_GUILESS_MAIN(tst_QuietErrorOutput)
 #include "tst_quieterroroutput.moc"

@@ -1,5 +1,7 @@
 #include "state/recordingloopertraining.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 #include <cmath>
@@ -222,5 +224,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_RecordingLooperTraining)
+GRAMO_TEST_GUILESS_MAIN(tst_RecordingLooperTraining)
 #include "tst_recordingloopertraining.moc"

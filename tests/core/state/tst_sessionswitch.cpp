@@ -3,6 +3,7 @@
 #include "state/sessionswitch.h"
 #include "state/singleton.h"
 #include "support/datafolder.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -80,5 +81,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_SessionSwitch)
+GRAMO_TEST_GUILESS_MAIN(tst_SessionSwitch)
 #include "tst_sessionswitch.moc"

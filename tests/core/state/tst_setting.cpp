@@ -1,4 +1,5 @@
 #include "state/setting.h"
+#include "support/testmain.h"
 #include "support/translation.h"
 
 #include <QCoreApplication>
@@ -402,5 +403,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Setting)
+GRAMO_TEST_GUILESS_MAIN(tst_Setting)
 #include "tst_setting.moc"

@@ -1,5 +1,7 @@
 #include "state/settingmixer.h"
 
+#include "support/testmain.h"
+
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -143,5 +145,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_SettingMixer)
+GRAMO_TEST_GUILESS_MAIN(tst_SettingMixer)
 #include "tst_settingmixer.moc"

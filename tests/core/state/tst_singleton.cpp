@@ -15,6 +15,7 @@
 #include "state/vinyl.h"
 #include "support/datafolder.h"
 #include "support/fakeportaudio.h"
+#include "support/testmain.h"
 
 #include <QMetaMethod>
 #include <QRegularExpression>
@@ -280,5 +281,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Singleton)
+GRAMO_TEST_GUILESS_MAIN(tst_Singleton)
 #include "tst_singleton.moc"

@@ -1,6 +1,7 @@
 #include "state/performance.h"
 #include "state/setting.h"
 #include "state/storedperformance.h"
+#include "support/testmain.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -78,5 +79,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_StoredPerformance)
+GRAMO_TEST_GUILESS_MAIN(tst_StoredPerformance)
 #include "tst_storedperformance.moc"

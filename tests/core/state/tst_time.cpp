@@ -1,5 +1,7 @@
 #include "state/time.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 #include <QTime>
 
@@ -169,5 +171,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Time)
+GRAMO_TEST_GUILESS_MAIN(tst_Time)
 #include "tst_time.moc"

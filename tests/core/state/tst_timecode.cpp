@@ -1,5 +1,7 @@
 #include "state/timecode.h"
 
+#include "support/testmain.h"
+
 #include <QMetaMethod>
 #include <QTest>
 
@@ -60,5 +62,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Timecode)
+GRAMO_TEST_GUILESS_MAIN(tst_Timecode)
 #include "tst_timecode.moc"

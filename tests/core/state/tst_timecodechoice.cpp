@@ -1,5 +1,6 @@
 #include "state/mode.h"
 #include "state/timecodechoice.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -31,5 +32,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_TimecodeChoice)
+GRAMO_TEST_GUILESS_MAIN(tst_TimecodeChoice)
 #include "tst_timecodechoice.moc"

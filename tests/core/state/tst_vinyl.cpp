@@ -1,5 +1,7 @@
 #include "state/vinyl.h"
 
+#include "support/testmain.h"
+
 #include <QTest>
 
 namespace {
@@ -41,5 +43,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_Vinyl)
+GRAMO_TEST_APPLESS_MAIN(tst_Vinyl)
 #include "tst_vinyl.moc"

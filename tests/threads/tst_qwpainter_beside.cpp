@@ -2,6 +2,7 @@
 
 #include "gui/support/deckgraph.h"
 #include "phrasing/managephrasing.h"
+#include "support/testmain.h"
 
 #include <QApplication>
 #include <QBackingStore>
@@ -270,12 +271,12 @@ private Q_SLOTS:
         environment.insert(u"QT_SCALE_FACTOR"_s, u"1.25"_s);
         scaled.setProcessEnvironment(environment);
         scaled.setProcessChannelMode(QProcess::ForwardedChannels);
-        scaled.start(QCoreApplication::applicationFilePath(), QStringList());
+        scaled.start(QCoreApplication::applicationFilePath(), {u"tst_qwpainter_beside"_s});
         QVERIFY(scaled.waitForFinished(120000));
         QCOMPARE(scaled.exitStatus(), QProcess::NormalExit);
         QCOMPARE(scaled.exitCode(), 0);
     }
 };
 
-QTEST_MAIN(TestQWPainterBeside)
+GRAMO_TEST_MAIN(TestQWPainterBeside)
 #include "tst_qwpainter_beside.moc"
