@@ -11,106 +11,37 @@ set -euo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 seconds=${1:-60} bin=${2:-$top/build/release/bin}
 aim=15 # %
-die() {
+usage() {
     echo "deckshare: $*" >&2
     exit 1
 }
-[[ $seconds =~ ^[1-9][0-9]{0,4}$ ]] || die "usage: deckshare.sh [SECONDS [BIN]]"
+[[ $seconds =~ ^[1-9][0-9]{0,4}$ ]] || usage "usage: deckshare.sh [SECONDS [BIN]]"
 for program in "$bin/gramoscope" "$bin/gramoscope-virtualdeck" "$bin/bench_flushcount.so"; do
-    [ -s "$program" ] || die "$program isn't built"
+    [ -s "$program" ] || usage "$program isn't built"
 done
 
-scratch=$(mktemp -d "${TMPDIR:-/tmp}/gramoscope-deckshare.XXXXXX")
-started=()
-finish() { # ends what was started here, by its id, last one first
-    local rc=$? i n
-    trap '' INT TERM HUP
-    for ((i = ${#started[@]} - 1; i >= 0; i--)); do
-        kill "${started[i]}" 2>/dev/null || continue
-        for ((n = 0; n < 50; n++)); do
-            kill -0 "${started[i]}" 2>/dev/null || continue 2
-            sleep 0.1
-        done
-        kill -KILL "${started[i]}" 2>/dev/null || true
-    done
-    [ "$rc" -eq 0 ] || tail -n 3 "$scratch"/*.log >&2 2>/dev/null || true
-    rm -rf "$scratch"
-    exit "$rc"
+rig=deckshare
+rig_finish() { # EXIT-CODE
+    [ "$1" -eq 0 ] || tail -n 3 "$scratch"/*.log >&2 2>/dev/null || true
 }
-trap finish EXIT
-trap 'exit 130' INT TERM HUP
-
-launch() { # LOG COMMAND...: in the background; leaves its id in $pid
-    "${@:2}" </dev/null >"$scratch/$1.log" 2>&1 &
-    pid=$!
-    started+=("$pid")
-}
-within() { # SECONDS COMMAND...: true as soon as the command is, false at the deadline
-    local until=$((SECONDS + $1))
-    until "${@:2}"; do
-        [ $SECONDS -lt $until ] || return 1
-        sleep 0.2
-    done
-}
-
-# ---- sound server, screen, deck ----
-server_runs() { [ "$(timeout 5 jack_wait -c 2>/dev/null || true)" = running ]; }
-screen_named() { [ -s "$scratch/display" ]; }
-managed() { timeout 5 xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'; }
-deck_there() { timeout 5 jack_lsp 2>/dev/null | grep -q '^Virtual Deck'; }
-
-export JACK_DEFAULT_SERVER=gramoscope-deckshare-$$
-launch jackd jackd -R -n "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 64
-within 10 server_runs || die "no JACK server could be started"
-: >"$scratch/display"
-# shellcheck disable=SC2016 # $0 is the inner shell's
-launch xvfb sh -c 'exec Xvfb -displayfd 3 -screen 0 1920x1080x24 -nolisten tcp -noreset 3>"$0"' "$scratch/display"
-within 15 screen_named || die "Xvfb doesn't start"
-DISPLAY=:$(tr -d '[:space:]' <"$scratch/display")
-export DISPLAY
-launch openbox openbox --sm-disable
-within 10 managed || die "openbox doesn't start"
-launch virtualdeck "$bin/gramoscope-virtualdeck" --pattern chirp,baby --timecode generic_V2
-within 10 deck_there || die "the virtual deck doesn't show up"
+# shellcheck source=tools/rig/rig.sh
+. "$top/tools/rig/rig.sh"
+start_server
+start_screen
+manage_windows
+start_deck --pattern chirp,baby --timecode generic_V2
 
 # ---- the program ----
-home=$scratch/home
-mkdir "$home"
-cp "$bin/gramoscope" "$home/"
-cp -R "$top/appdata" "$home/AppData"
-cat >"$home/AppData/Input/config.ini" <<'END'
-[processing]
+counts=$scratch/counts # how often the window was handed to the screen, and how many pixels of it
+start_program '[processing]
 displayFrequency=120
 [display]
 graphGrid=true
 graphVinylPosition=true
-graphShiniMode=1
-END
-counts=$scratch/counts # how often the window was handed to the screen, and how many pixels of it
-launch gramoscope env QT_QPA_PLATFORM=xcb FLUSH_COUNT="$counts" LD_PRELOAD="$(realpath "$bin/bench_flushcount.so")" \
-    "$home/gramoscope"
-program=$pid
-
-window="" width="" height="" shape="" before=""
-settled() { # the splash is gone and the main window has kept its size
-    kill -0 "$program" 2>/dev/null || die "the program ended at its start"
-    mapfile -t windows < <(timeout 5 xdotool search --onlyvisible --pid "$program" 2>/dev/null || true)
-    [ ${#windows[@]} -eq 1 ] || return 1
-    window=${windows[0]} before=$shape
-    shape=$(timeout 5 xdotool getwindowgeometry --shell "$window" 2>/dev/null) || return 1
-    width=$(sed -n 's/^WIDTH=//p' <<<"$shape") height=$(sed -n 's/^HEIGHT=//p' <<<"$shape")
-    [ "$width" -ge 1000 ] && [ "$shape" = "$before" ]
-}
-within 60 settled || die "the program's window doesn't show up"
-click() { # pixels from the window's right (left if negative) and lower edge
-    local x=$(($1 < 0 ? -$1 : width - $1))
-    timeout 5 xdotool mousemove --window "$window" "$x" "$((height - $2))" click 1
-    sleep 0.5
-}
-timeout 5 xdotool windowactivate --sync "$window"
-click -30 30 # record
-click 417 30 # both decks
-timeout 5 xdotool key space
+graphShiniMode=1' FLUSH_COUNT="$counts" LD_PRELOAD="$(realpath "$bin/bench_flushcount.so")"
+click "${record_button[@]}"
+click "${decks_button[@]}"
+press space
 sleep 6 # the count-in, and a little
 for ((i = 0; i < 4; i++)); do # areas, where the records are by then
     timeout 5 xdotool key e key i

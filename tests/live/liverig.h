@@ -1,44 +1,46 @@
 #pragma once
 // Real parts for the live tests: a JACK server of the test's own on its dummy driver, and virtual decks.
 
+#include "support/tiedprocess.h"
+
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QProcess>
-#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 #include <QTest>
 
 #include <memory>
 
-/// `jackd -d dummy` at 48000 Hz and 64 frames under a name of its own, which this process and its children
-/// use from then on.
+/// Whether a JACK server of this name runs.
+inline bool serverAnswers(const QString& name) {
+    TiedProcess probe;
+    probe.start(QStringLiteral("jack_wait"), {QStringLiteral("-c"), QStringLiteral("-s"), name});
+    return probe.waitForFinished(5000) && probe.readAllStandardOutput().startsWith("running");
+}
+
+/// `jackd -d dummy` at 48000 Hz under a name that no other living server has, which this process and its
+/// children use until it stops.
 class JackServer {
 public:
     static constexpr int rate = 48000;
-    static constexpr int period = 64;
+    /// Frames that the server hands over at once. The library below the program cuts them into the program's
+    /// own 64; a server at 64 loses time whenever the machine stalls for a millisecond.
+    static constexpr int usualPeriod = 1024;
 
-    explicit JackServer(
-        const QString& name = QStringLiteral("gramoscope-test-%1").arg(QCoreApplication::applicationPid()))
-        : m_name(name) {}
+    explicit JackServer(int period = usualPeriod) : m_period(period) {}
     ~JackServer() { stop(); }
 
     /// False if no server comes up within ten seconds.
     bool start() {
-        // Once: from the first server on this process has the register mapped, and would go on with a deleted
-        // one.
-        [[maybe_unused]] static const bool forgotten = (forgetDeadServers(), true);
-        qputenv("JACK_DEFAULT_SERVER", m_name.toUtf8());
-        qputenv("JACK_NO_AUDIO_RESERVATION", "1");
         for (const QString& mode : {QStringLiteral("-R"), QStringLiteral("-r")}) {
-            m_process = std::make_unique<QProcess>();
+            m_process = std::make_unique<TiedProcess>();
             m_process->setProcessChannelMode(QProcess::MergedChannels);
-            m_process->start(QStringLiteral("jackd"),
-                             {mode, QStringLiteral("-n"), m_name, QStringLiteral("-d"),
-                              QStringLiteral("dummy"), QStringLiteral("-r"), QString::number(rate),
-                              QStringLiteral("-p"), QString::number(period)});
-            if (m_process->waitForStarted() && waitRunning()) {
+            m_process->start(
+                QDir(QStringLiteral(GRAMO_TEST_DIR)).filePath(QStringLiteral("../tools/rig/jackserver.sh")),
+                {QStringLiteral("gramoscope-test"), QString::number(m_period), mode});
+            if (m_process->waitForStarted() && waitNamed() && waitRunning()) {
+                m_before = qgetenv("JACK_DEFAULT_SERVER");
+                qputenv("JACK_DEFAULT_SERVER", m_name.toUtf8());
                 return true;
             }
             stop();
@@ -52,14 +54,14 @@ public:
                 m_process->kill();
                 m_process->waitForFinished(5000);
             }
-            m_process.reset();
+            forget();
         }
     }
     /// As a crash would.
     void kill() {
         m_process->kill();
         m_process->waitForFinished(5000);
-        m_process.reset();
+        forget();
     }
     /// Periods that the server says it has skipped, or in which a client was late, since the last call.
     int reportedSkips() {
@@ -74,42 +76,46 @@ public:
         return int(said.count(QLatin1StringView("XRun"), Qt::CaseInsensitive));
     }
     qint64 pid() const { return m_process ? m_process->processId() : 0; }
+    int period() const { return m_period; }
     const QString& name() const { return m_name; }
 
 private:
+    void forget() {
+        m_process.reset();
+        if (qgetenv("JACK_DEFAULT_SERVER") == m_name.toUtf8()) {
+            qputenv("JACK_DEFAULT_SERVER", m_before);
+        }
+    }
+    bool alive() const { return m_process->state() == QProcess::Running; }
+    bool waitNamed() {
+        QElapsedTimer waited;
+        waited.start();
+        while (waited.elapsed() < 10000 && (alive() || m_process->canReadLine())) {
+            if (m_process->canReadLine()) {
+                const QByteArray line = m_process->readLine().trimmed();
+                m_name = QString::fromUtf8(line.mid(int(sizeof "server " - 1)));
+                return line.startsWith("server ");
+            }
+            m_process->waitForReadyRead(100);
+        }
+        return false;
+    }
     bool waitRunning() const {
         QElapsedTimer waited;
         waited.start();
-        while (waited.elapsed() < 10000 && m_process->state() == QProcess::Running) {
-            QProcess probe;
-            probe.start(QStringLiteral("jack_wait"), {QStringLiteral("-c"), QStringLiteral("-s"), m_name});
-            if (probe.waitForFinished(3000) && probe.readAllStandardOutput().startsWith("running")) {
-                return true;
+        while (waited.elapsed() < 10000 && alive()) {
+            if (serverAnswers(m_name)) {
+                return alive();
             }
             QTest::qWait(50);
         }
         return false;
     }
 
-    /// JACK's register of servers has eight places, and one that was killed keeps its own: after a few
-    /// crashes no server would start any more. While none runs the register is put away.
-    static void forgetDeadServers() {
-        const QDir processes(QStringLiteral("/proc"));
-        for (const QString& process : processes.entryList({QStringLiteral("[0-9]*")}, QDir::Dirs)) {
-            QFile name(processes.filePath(process + QStringLiteral("/comm")));
-            if (name.open(QIODevice::ReadOnly) && name.readAll().trimmed() == "jackd") {
-                return;
-            }
-        }
-        QDir memory(QStringLiteral("/dev/shm"));
-        for (const QString& file : memory.entryList({QStringLiteral("jack-*"), QStringLiteral("jack_*")},
-                                                    QDir::Files | QDir::System)) {
-            memory.remove(file);
-        }
-    }
-
+    int m_period;
     QString m_name;
-    std::unique_ptr<QProcess> m_process;
+    QByteArray m_before; // the server that this process used until then
+    std::unique_ptr<TiedProcess> m_process;
 };
 
 /// One gramoscope-virtualdeck. The same arguments make the same signal as a file.
@@ -123,6 +129,7 @@ public:
         m_process.start(program(), m_arguments);
         return m_process.waitForStarted() && m_process.waitForReadyRead(10000);
     }
+    qint64 pid() const { return m_process.processId(); }
     /// Ends the deck and returns what it said.
     QString stop() {
         if (m_process.state() != QProcess::NotRunning) {
@@ -149,6 +156,6 @@ public:
 
 private:
     QStringList m_arguments;
-    QProcess m_process;
+    TiedProcess m_process;
     QString m_said;
 };

@@ -206,7 +206,7 @@ private Q_SLOTS:
     void theToolListsTheLineThatTheSettingsTake() {
         VirtualDeck deck({});
         QVERIFY(deck.start());
-        QProcess tool;
+        TiedProcess tool;
         tool.start(QDir(QStringLiteral(GRAMO_BIN_DIR)).filePath(u"gramoscope-devices"_s), QStringList());
         QVERIFY(tool.waitForFinished(30000));
         QCOMPARE(tool.exitCode(), 0);

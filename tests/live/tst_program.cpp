@@ -18,7 +18,7 @@ namespace {
 
 // Runs a command and returns what it printed; empty if it failed.
 QString run(const QString& program, const QStringList& arguments) {
-    QProcess process;
+    TiedProcess process;
     process.start(program, arguments);
     return process.waitForFinished(10000) && process.exitCode() == 0
                ? QString::fromUtf8(process.readAllStandardOutput()).trimmed()
@@ -52,8 +52,8 @@ public:
     }
 
 private:
-    QProcess m_server;
-    QProcess m_manager;
+    TiedProcess m_server;
+    TiedProcess m_manager;
 };
 
 } // namespace
@@ -99,7 +99,7 @@ private Q_SLOTS:
 
     void withNoSoundHardwareItComesUpMaximisedSaysNothingAndClosesCleanly() {
         QTemporaryDir place;
-        QProcess program;
+        TiedProcess program;
         program.setProcessEnvironment(environment(place));
         QElapsedTimer since;
         since.start();
@@ -125,7 +125,7 @@ private Q_SLOTS:
     void startedFromElsewhereItFindsTheSameData() {
         QTemporaryDir place;
         QTemporaryDir elsewhere;
-        QProcess program;
+        TiedProcess program;
         program.setProcessEnvironment(environment(place));
         program.setWorkingDirectory(elsewhere.path());
         program.start(installed(place), QStringList());
@@ -144,7 +144,7 @@ private Q_SLOTS:
         const auto removable = qScopeGuard([&] {
             QProcess::execute(u"chmod"_s, {u"-R"_s, u"u+w"_s, place.path()});
         });
-        QProcess program;
+        TiedProcess program;
         QProcessEnvironment nowhere = environment(place);
         nowhere.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s); // the screen belongs to somebody else
         nowhere.insert(u"XDG_DATA_HOME"_s, u"/dev/null"_s);
@@ -163,7 +163,7 @@ private Q_SLOTS:
 
     void startedToIgnoreTheHangUpItOutlivesIt() {
         QTemporaryDir place;
-        QProcess program;
+        TiedProcess program;
         program.setProcessEnvironment(environment(place));
         program.start(u"nohup"_s, {installed(place)});
         QVERIFY(QTest::qWaitFor([&] { return !mainWindow(program.processId()).isEmpty(); }, 20000));
@@ -176,12 +176,12 @@ private Q_SLOTS:
     }
 
     void askedToEndBySignalItSavesTheRunningTake() {
-        JackServer server(u"gramoscope-program-test-%1"_s.arg(QCoreApplication::applicationPid()));
+        JackServer server;
         QVERIFY(server.start());
         VirtualDeck deck({u"--pattern"_s, u"baby,play"_s});
         QVERIFY(deck.start());
         QTemporaryDir place;
-        QProcess program;
+        TiedProcess program;
         QProcessEnvironment with = environment(place);
         with.insert(u"JACK_DEFAULT_SERVER"_s, server.name());
         program.setProcessEnvironment(with);
@@ -214,12 +214,12 @@ private Q_SLOTS:
 
     // With sound and fader on a server that stops answering: neither may keep the process.
     void aServerThatDoesntAnswerDoesntKeepItFromEnding() {
-        JackServer server(u"gramoscope-program-test-%1"_s.arg(QCoreApplication::applicationPid()));
+        JackServer server;
         QVERIFY(server.start());
         VirtualDeck deck({u"--pattern"_s, u"chirp"_s});
         QVERIFY(deck.start());
         QTemporaryDir place;
-        QProcess program;
+        TiedProcess program;
         QProcessEnvironment with = environment(place);
         with.insert(u"JACK_DEFAULT_SERVER"_s, server.name());
         program.setProcessEnvironment(with);

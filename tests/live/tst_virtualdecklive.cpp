@@ -118,7 +118,7 @@ private:
 };
 
 // The program, started on `server` and known to have joined it.
-class Deck : public QProcess {
+class Deck : public TiedProcess {
 public:
     Deck(const JackServer& server, const QStringList& arguments) {
         start(QStringLiteral(GRAMO_BIN_DIR "/gramoscope-virtualdeck"),
@@ -151,10 +151,6 @@ std::array<SyntheticRecord, 2> records() {
             SyntheticRecord(def, rate, Motion(MotionPattern::Walk, 120.0, Motion::defaultStart, 22), b)};
 }
 
-QString serverName(const QString& use) {
-    return u"gramoscope-deck-%1-%2"_s.arg(QCoreApplication::applicationPid()).arg(use);
-}
-
 const QStringList& recordArguments() {
     static const QStringList words =
         u"--timecode traktor_sideA --pattern transform,walk --bpm 120 --noise 0.5 --seed 21"_s.split(u' ');
@@ -165,7 +161,7 @@ const QStringList& recordArguments() {
 
 class tst_VirtualDeckLive : public QObject {
     Q_OBJECT
-    JackServer m_server{serverName(u"long"_s)};
+    JackServer m_server;
 
 private Q_SLOTS:
     void initTestCase() { QVERIFY2(m_server.start(), "jackd doesn't start"); }
@@ -189,7 +185,7 @@ private Q_SLOTS:
             return listener.sample(0, at) == a.left && listener.sample(1, at) == a.right &&
                    listener.sample(2, at) == b.left && listener.sample(3, at) == b.right;
         };
-        constexpr std::size_t cycle = JackServer::period;
+        const auto cycle = static_cast<std::size_t>(m_server.period());
         constexpr std::int64_t total = 384000;
         std::int64_t next = 0;
         std::size_t heard = 0;
@@ -276,7 +272,7 @@ private Q_SLOTS:
     }
     void aServerThatGoesIsReported() {
         QFETCH(bool, crash);
-        JackServer server(serverName(u"short"_s));
+        JackServer server;
         QVERIFY(server.start());
         Deck deck(server, {});
         QTest::qWait(200);
@@ -293,7 +289,7 @@ private Q_SLOTS:
 
     // The listing finds the known devices where the program keeps them.
     void theListingReadsTheUsersFolderWhereItsOwnCantBeHad() {
-        JackServer server(serverName(u"list"_s));
+        JackServer server;
         QVERIFY(server.start());
         Deck deck(server, {});
         QTemporaryDir place;
@@ -307,7 +303,7 @@ private Q_SLOTS:
             QFile file(name);
             QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) > 0);
         }
-        QProcess process;
+        TiedProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"JACK_DEFAULT_SERVER"_s, server.name());
         environment.insert(u"XDG_DATA_HOME"_s, place.filePath(u"user"_s));
@@ -321,7 +317,7 @@ private Q_SLOTS:
     }
 
     void aServerThatFallsSilentIsReported() {
-        JackServer server(serverName(u"short"_s));
+        JackServer server;
         QVERIFY(server.start());
         Deck deck(server, {});
         QTest::qWait(200);

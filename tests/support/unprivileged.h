@@ -1,7 +1,7 @@
 #pragma once
 // Makes permissions count, also where the tests run as root.
 
-#include <QProcess>
+#include "tiedprocess.h"
 
 #include <functional>
 
@@ -18,5 +18,6 @@ inline void runUnprivileged(
         if (geteuid() == 0 && (setgroups(0, nullptr) != 0 || setgid(nobody) != 0 || setuid(nobody) != 0)) {
             _exit(127);
         }
+        TiedProcess::dieWithParent(); // the change of the user has undone it
     });
 }

@@ -13,29 +13,27 @@ bin=$top/build/release/bin
 }
 seconds=$1 out=${2:-}
 
-# The centre of the record button in the window: pixels from its left and from its lower edge.
-record_left=30
-record_up=30
-# The centre of the choice of decks: pixels from the window's right and lower edge.
-decks_right=417
-
 timecode=generic_V2
 pattern=chirp,baby  # what the hands do on deck A and on deck B
+beats=16            # that the graph shows
 decks=2             # both are recorded, each to a .wav and a .grw
-count_in=4          # s: five ticks at 84 bpm are 3.57 s
+count_in=3570       # ms: five ticks at 84 bpm
 icons=1             # at the cuts of the crossfader: arrows
 # What marks the areas of deck A's record, one key after the other: an area up to the needle, the rest of the
 # turn, and both once more.
 phrasing_keys=(e ctrl+shift+e e ctrl+shift+e)
-screen=1920x1080x24 # of the screen that is started where there is none
 
-say() { echo "demo: $*" >&2; }
-die() { # MESSAGE [EXIT-CODE]
-    say "$1"
-    exit "${2:-1}"
+rig=demo
+result="" # the folder, as soon as it is ours
+rig_finish() { # EXIT-CODE
+    [ -n "$result" ] || return 0
+    if [ "$1" -ne 0 ] && compgen -G "$scratch/*.log" >/dev/null && mkdir -p "$result/logs"; then
+        cp "$scratch"/*.log "$result/logs/" && say "what the programs said: $result/logs"
+    fi
+    rmdir "$result" 2>/dev/null || true # if it is still empty
 }
-
-screen_works() { [ -n "${DISPLAY:-}" ] && timeout 5 xdpyinfo >/dev/null 2>&1; }
+# shellcheck source=tools/rig/rig.sh
+. "$top/tools/rig/rig.sh"
 [ "$seconds" -gt 0 ] || screen_works || die "--seconds 0 needs a display" 2
 
 # ---- where the result goes; a name that is taken stays as it is ----
@@ -56,171 +54,29 @@ else
     mkdir -p "$out" || die "can't make the folder $out" 2
     out=$(cd "$out" && pwd)
 fi
+result=$out
 
-# ---- what is started here is ended here, by its id, last one first ----
-scratch=$(mktemp -d "${TMPDIR:-/tmp}/gramoscope-demo.XXXXXX")
-started=()
-
-alive() { kill -0 "$1" 2>/dev/null; }
-
-end_process() { # PID: five seconds to end by itself, then the hard way
-    local n
-    alive "$1" || return 0
-    kill "$1" 2>/dev/null || true
-    for ((n = 0; n < 50; n++)); do
-        alive "$1" || return 0
-        sleep 0.1
-    done
-    kill -KILL "$1" 2>/dev/null || true
-}
-
-finish() {
-    local rc=$? i
-    trap '' INT TERM HUP
-    for ((i = ${#started[@]} - 1; i >= 0; i--)); do
-        end_process "${started[i]}"
-    done
-    if [ "$rc" -ne 0 ] && compgen -G "$scratch/*.log" >/dev/null && mkdir -p "$out/logs"; then
-        cp "$scratch"/*.log "$out/logs/" && say "what the programs said: $out/logs"
-    fi
-    rmdir "$out" 2>/dev/null || true # if it is still empty
-    rm -rf "$scratch"
-    exit "$rc"
-}
-trap finish EXIT
-trap 'exit 130' INT
-trap 'exit 143' TERM
-trap 'exit 129' HUP
-
-launch() { # LOG COMMAND...: in the background; leaves its id in $pid
-    local log=$1
-    shift
-    "$@" </dev/null >"$scratch/$log.log" 2>&1 &
-    pid=$!
-    started+=("$pid")
-}
-
-now() { echo $((${EPOCHREALTIME/[.,]/} / 1000)); } # ms
-
-within() { # SECONDS COMMAND...: true as soon as the command is, false at the deadline
-    local until=$(($(now) + 1000 * $1))
-    shift
-    until "$@"; do
-        [ "$(now)" -lt "$until" ] || return 1
-        sleep 0.2
-    done
-}
-
-# ---- the sound server ----
-server_runs() { [ "$(timeout 5 jack_wait -c 2>/dev/null || true)" = running ]; }
-
+# ---- sound server, screen, deck, program ----
 if server_runs; then
     say "using the JACK server that runs"
 else
-    export JACK_DEFAULT_SERVER=gramoscope-demo-$$
-    for realtime in -R -r; do
-        launch "jackd$realtime" jackd "$realtime" -n "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 64
-        within 10 server_runs && break
-        end_process "$pid"
-    done
-    server_runs || die "no JACK server could be started"
+    start_server
 fi
-
-# ---- the screen and its window manager ----
-screen_named() { [ -s "$scratch/display" ]; }
-managed() {
-    timeout 5 xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'
-}
-
-managed_or_ended() { managed || ! alive "$pid"; }
-
 own_screen=0
 if ! screen_works; then
     own_screen=1
-    : >"$scratch/display"
-    # shellcheck disable=SC2016 # $0 and $1 are the inner shell's
-    launch xvfb sh -c 'exec Xvfb -displayfd 3 -screen 0 "$1" -nolisten tcp -noreset 3>"$0"' "$scratch/display" "$screen"
-    within 15 screen_named || die "Xvfb doesn't start"
-    DISPLAY=:$(tr -d '[:space:]' <"$scratch/display")
-    export DISPLAY
-    within 10 screen_works || die "Xvfb doesn't answer on $DISPLAY"
+    start_screen
 fi
-if ! managed; then
-    # Without a window manager no window can be maximised or asked to close.
-    # A screen that resets when its last client leaves refuses the next one for a moment: try again.
-    for attempt in 1 2 3; do
-        launch "openbox-$attempt" openbox --sm-disable
-        within 10 managed_or_ended && managed && break
-        end_process "$pid"
-        sleep 0.5
-    done
-    managed || die "openbox doesn't start"
-fi
-
-# ---- the deck ----
-# A second deck would get another name, and the program would hear the first.
-! timeout 5 jack_lsp 2>/dev/null | grep -q '^Virtual Deck' || die "a virtual deck plays at this JACK server already: end it first" 2
-
-deck_there() { timeout 5 jack_lsp 2>/dev/null | grep -q '^Virtual Deck'; }
-
-launch virtualdeck "$bin/gramoscope-virtualdeck" --pattern "$pattern" --timecode "$timecode"
-deck=$pid
-within 10 deck_there || die "the virtual deck doesn't show up at the JACK server"
-alive "$deck" || die "the virtual deck ended at once"
-
-# ---- the program, on a data folder that nobody has touched ----
-home=$scratch/home
-mkdir "$home"
-cp "$bin/gramoscope" "$home/"
-cp -R "$top/appdata" "$home/AppData"
-printf '[display]\ngraphShiniMode=%s\n' "$icons" >"$home/AppData/Input/config.ini"
-launch gramoscope env QT_QPA_PLATFORM=xcb "$home/gramoscope"
-program=$pid
-
-# The splash comes first and goes by itself: the main window is there for good once it is the only
-# window of the program and has kept its size.
-window="" size=""
-settled() {
-    local ids shape
-    alive "$program" || die "the program ended at its start"
-    mapfile -t ids < <(timeout 5 xdotool search --onlyvisible --pid "$program" 2>/dev/null || true)
-    [ ${#ids[@]} -eq 1 ] || return 1
-    shape=$(timeout 5 xdotool getwindowgeometry --shell "${ids[0]}" 2>/dev/null | grep -E '^(WIDTH|HEIGHT)=') || return 1
-    shape="${ids[0]} "${shape//[!0-9]/ }
-    # Until the main window comes the splash is the only one.
-    read -r _ width height <<<"$shape"
-    [ "$width" -ge 1000 ] || return 1
-    [ "$shape" != "$size" ] || {
-        window=${ids[0]}
-        return 0
-    }
-    size=$shape
-    return 1
-}
-width="" height=""
-within 60 settled || die "the program's window doesn't show up, or is only ${width:-0} by ${height:-0}"
+managed || manage_windows
+start_deck --pattern "$pattern" --timecode "$timecode"
+start_program "[display]
+graphShiniMode=$icons"
 
 # ---- a session, recorded ----
-# On a screen that others use the keyboard may be elsewhere: no key is pressed before it is ours.
-focused() {
-    [ "$(timeout 5 xdotool getwindowfocus 2>/dev/null || true)" = "$window" ] && return 0
-    timeout 5 xdotool windowactivate "$window" 2>/dev/null || true
-    return 1
-}
-press() { # KEY
-    within 15 focused || die "the program's window doesn't get the keyboard"
-    timeout 5 xdotool key "$1" || die "the keyboard doesn't work"
-}
-
-within 15 focused || die "the program's window doesn't get the keyboard"
-timeout 5 xdotool mousemove --window "$window" "$record_left" "$((height - record_up))" click 1 ||
-    die "the record button can't be clicked"
-sleep 0.5
-timeout 5 xdotool mousemove --window "$window" "$((width - decks_right))" "$((height - record_up))" click 1 ||
-    die "the choice of decks can't be clicked"
-sleep 0.5
+click "${record_button[@]}"
+click "${decks_button[@]}"
 press space
-counted_in=$(($(now) + 1000 * count_in))
+counted_in=$(($(now) + count_in))
 say "a session runs"
 
 if [ "$seconds" -eq 0 ]; then
@@ -286,20 +142,64 @@ tenths() { # COUNT COUNT-A-SECOND: seconds with one decimal
     echo "$((t / 10)).$((t % 10))"
 }
 
+# What is heard between the keys that start and stop, give or take a twentieth; the keys themselves take a little.
+on_time() { # FRAMES RATE
+    local heard=$(($1 * 1000 / $2)) asked=$((seconds * 1000)) slack
+    slack=$((asked / 20 > 250 ? asked / 20 : 250))
+    [ $heard -ge $((asked - slack)) ] && [ $heard -le $((asked + slack)) ]
+}
+
 wav_line() { # FILE
-    local file=$1 size rate lock frame
+    local file=$1 size rate lock frame frames
     size=$(stat -c %s "$file") rate=$(number "$file" 24 4)
     if [ "$size" -le 44 ] || [ "${rate:-0}" -le 0 ]; then
         problems+=("$(basename "$file") holds no sound")
         return
     fi
+    frames=$(((size - 44) / 4))
+    on_time $frames "$rate" ||
+        problems+=("$(basename "$file") holds $(tenths $frames "$rate") s of sound, not $seconds")
     lock="timecode not recognised"
     if ! timeout 120 "$bin/gramoscope-decode" --timecode "$timecode" "$file" "$scratch/again.grw" >"$scratch/decode.log" 2>&1; then
         problems+=("$(basename "$file") can't be decoded")
     elif frame=$(sed -n 's/^first valid code at frame \([0-9]*\)$/\1/p' "$scratch/decode.log") && [ -n "$frame" ]; then
         lock="timecode recognised after $(tenths "$frame" "$rate") s"
     fi
-    echo "  $(basename "$file"): $(tenths $((size - 44)) $((4 * rate))) s; $lock"
+    echo "  $(basename "$file"): $(tenths $frames "$rate") s; $lock"
+}
+
+# How far each curve's end is from the cursor in the picture, in hundredths of a beat; nothing where one of them
+# isn't found. The cursor is the one long line of pure red in deck A's graph, in the upper half of the window, and
+# in deck B's, in the lower one. A curve ends where its strip of sound does: its colour, over the ground, is a
+# deck's own.
+curve_ends() { # PICTURE
+    # A fifth of the rows is enough and takes a second.
+    mogrify -path "$scratch" -sample '100%x20%' -format txt "$1" || return
+    awk -v beats=$beats '
+        NR == 1 { split($0, size, /[:,]/); width = size[2]; height = size[3]; next }
+        {
+            split($1, at, /[,:]/)
+            if (/#FF0000/) ++red[at[2] >= height / 2, at[1]]
+            else if (/#1A7E1A/ && at[1] > end[0]) end[0] = at[1]
+            else if (/#1A7E7E/ && at[1] > end[1]) end[1] = at[1]
+        }
+        END {
+            for (deck = 0; deck < 2; ++deck) {
+                cursor = ""
+                for (x = 0; x < width; ++x) if (red[deck, x] > height / 5) cursor = x
+                if (cursor != "" && end[deck]) printf "%s %d\n", substr("AB", deck + 1, 1), 100 * (end[deck] - cursor) * beats / (width - 45)
+            }
+        }' "$scratch/$(basename "${1%.png}").txt"
+}
+check_picture() {
+    local deck off found=0
+    while read -r deck off; do
+        found=$((found + 1))
+        if [ "$off" -lt -25 ] || [ "$off" -gt 25 ]; then
+            problems+=("the curve of deck $deck ends $off hundredths of a beat from the cursor")
+        fi
+    done < <(curve_ends "$out/screenshot.png")
+    [ $found -eq $decks ] || problems+=("of $((decks - found)) of $decks decks cursor or curve isn't in the picture")
 }
 
 grw_line() { # FILE
@@ -334,6 +234,7 @@ done
 [ $curves -eq $decks ] || problems+=("$curves curves were written, not $decks")
 if [ -s "$out/screenshot.png" ]; then
     echo "Picture $out/screenshot.png"
+    check_picture
 else
     problems+=("screenshot.png is missing")
 fi
