@@ -29,6 +29,10 @@ struct HandFedDeck {
         : name(deck), decoder(deck, ring, points) {
         Singleton::instance().time()->clearFrameCounter(deck);
     }
+    /// The callback's state, for tests that bring it where the program's own resets don't. Not while a frame
+    /// is fed.
+    DeckState& state() { return const_cast<DeckState&>(decoder.state()); }
+
     void frame(StereoFrame f) {
         std::int16_t pair[2] = {f.left, f.right};
         std::int16_t* channels[2] = {&pair[0], nullptr}; // the second one isn't looked at
