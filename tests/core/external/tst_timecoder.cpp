@@ -178,6 +178,12 @@ private Q_SLOTS:
         QVERIFY(!tc.primary->swapped && !tc.secondary->swapped);
         submit(tc, 132, 132); // the zero line has followed by two
         QVERIFY(tc.primary->swapped && tc.secondary->swapped);
+        for (const int below : {128, 129}) {
+            timecoderInit(tc, &serato(), rate, false);
+            tc.primary->positive = true;
+            submit(tc, 0, -below);
+            QCOMPARE(tc.primary->swapped, below > 128);
+        }
     }
 
     void anOffsetAboveTheThresholdCausesOneCrossingAndIsAbsorbed() {

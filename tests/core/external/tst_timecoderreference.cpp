@@ -95,6 +95,14 @@ std::vector<NamedSignal> signalsFor(const TimecodeDefinition& def, unsigned rate
              // Each rail is held for up to 64 frames, so that the zero line runs after it.
              return StereoFrame{rail(2 * (i / (1 + scatter(3, i / 4096) % 64))), rail(2 * (i / 37) + 1)};
          }},
+        {"stuck to a rail",
+         [even](std::uint64_t i) {
+             // The zero line comes closer to the rail than the threshold; then the sample leaves it now and
+             // then for a frame.
+             const auto height = [&](std::uint64_t n) { return even(5, n) < 0.02 ? 32000.0 : 32767.0; };
+             const double side = i / 3000 % 2 == 0 ? 1.0 : -1.0;
+             return StereoFrame{sample(side * height(2 * i)), sample(-side * height(2 * i + 1) - 0.5)};
+         }},
         {"around the thresholds",
          [even](std::uint64_t i) {
              return StereoFrame{sample(300.0 * even(4, 2 * i) - 150.0),
