@@ -65,9 +65,8 @@ void zeroLinesAndPitchFilter(benchmark::State& state) {
     constexpr double zeroAlpha = dt / (dt + 0.001);
     constexpr std::size_t framesPerCrossing = 12;
     const auto follow = [](std::int32_t zero, std::int16_t sample) {
-        const std::uint32_t v = static_cast<std::uint32_t>(static_cast<std::int32_t>(sample)) << 16;
-        const auto off = static_cast<std::int32_t>(v - static_cast<std::uint32_t>(zero));
-        return static_cast<std::int32_t>(static_cast<std::int64_t>(double(zero) + double(off) * zeroAlpha));
+        const std::int64_t off = std::int64_t{sample} * 65536 - zero;
+        return static_cast<std::int32_t>(double(zero) + double(off) * zeroAlpha);
     };
     const std::int16_t* frames = stereoTape().data();
     for (auto _ : state) {

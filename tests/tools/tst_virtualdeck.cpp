@@ -10,6 +10,8 @@
 #include <QTest>
 #include <QtEndian>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -64,9 +66,9 @@ private Q_SLOTS:
     void helpNamesEveryOptionAndEndsWithSuccess() {
         const Outcome o = deck({u"--help"_s});
         QCOMPARE(o.code, 0);
-        for (const char* word :
-             {"--timecode", "--pattern", "--fader", "--bpm", "--noise", "--dc", "--seed", "--server",
-              "--seconds", "--wav", "--deck", "--rate", "crossfader", "scribble", "traktor_sideB"}) {
+        for (const char* word : {"--timecode", "--pattern", "--fader", "--bpm", "--level", "--noise", "--dc",
+                                 "--seed", "--server", "--seconds", "--wav", "--deck", "--rate", "crossfader",
+                                 "scribble", "traktor_sideB"}) {
             QVERIFY2(o.out.contains(word), word);
         }
     }
@@ -135,6 +137,38 @@ private Q_SLOTS:
         QVERIFY(bytes.mid(44) == asBytes(record.render(0, frames)));
     }
 
+    void theLevelIsThatOfTheCarrierAlone_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<double>("level");
+        QTest::addColumn<int>("highest");
+        QTest::newRow("not given") << QString() << 0.5 << 16384;
+        QTest::newRow("the lowest") << u"0.01"_s << 0.01 << 328;
+        QTest::newRow("half") << u"0.5"_s << 0.5 << 16384;
+        QTest::newRow("nearly full") << u"0.97"_s << 0.97 << 31785;
+        QTest::newRow("twice full scale") << u"2.0"_s << 2.0 << 32767;
+        QTest::newRow("the highest") << u"4"_s << 4.0 << 32767;
+    }
+    void theLevelIsThatOfTheCarrierAlone() {
+        QFETCH(QString, text);
+        QFETCH(double, level);
+        QFETCH(int, highest);
+        const QStringList given = text.isEmpty() ? QStringList() : QStringList{u"--level"_s, text};
+        const QString file = path("level.wav");
+        QCOMPARE(deck(u"--seconds 1 --wav"_s.split(u' ') + QStringList{file} + given).code, 0);
+        RecordOptions options;
+        options.level = level;
+        const std::vector<std::int16_t> frames =
+            SyntheticRecord(rowNamed("generic_V2"), 48000.0, Motion(), options).render(0, 48000);
+        QVERIFY(contents(file).mid(44) == asBytes(frames));
+        QCOMPARE(int{*std::max_element(frames.begin(), frames.end())}, highest);
+        // Noise keeps its own measure.
+        QCOMPARE(deck(u"--seconds 1 --noise 1 --wav"_s.split(u' ') + QStringList{file} + given).code, 0);
+        options.noisePercent = 1.0;
+        QVERIFY(
+            contents(file).mid(44) ==
+            asBytes(SyntheticRecord(rowNamed("generic_V2"), 48000.0, Motion(), options).render(0, 48000)));
+    }
+
     void theFaderDoesntTouchTheSignal() {
         QCOMPARE(
             deck(u"--pattern baby --rate 8000 --seconds 1 --wav"_s.split(u' ') + QStringList{path("a.wav")})
@@ -176,6 +210,16 @@ private Q_SLOTS:
         row("tempo no number", "--bpm fast", "--bpm");
         row("tempo not a number", "--bpm nan", "--bpm");
         row("tempo infinite", "--bpm inf", "--bpm");
+        row("level no number", "--level loud", "--level");
+        row("level not a number", "--level nan", "--level");
+        row("level infinite", "--level inf", "--level");
+        row("level zero", "--level 0", "--level");
+        row("level below 0", "--level -0.5", "--level");
+        row("level too low", "--level 0.009", "--level");
+        row("level too high", "--level 4.01", "--level");
+        row("level with a comma", "--level 0,5", "--level");
+        row("empty level", "--level=", "--level");
+        row("missing level", "--level", "level");
         row("noise below 0", "--noise -1", "--noise");
         row("noise above 100", "--noise 101", "--noise");
         row("offset beyond 16 bits", "--dc 32768", "--dc");

@@ -41,6 +41,7 @@ QString faderNames() {
 
 SyntheticRecord DeckOptions::record(int deck, double sampleRate) const {
     RecordOptions options;
+    options.level = level;
     options.noisePercent = noisePercent;
     options.dcOffset = dcOffset;
     options.seed = std::uint64_t{seed} + static_cast<std::uint64_t>(deck);
@@ -75,6 +76,11 @@ DeckOptionsParser::DeckOptionsParser() {
          "Default pattern."_s.arg(faderNames()),
          u"NAME"_s, u"pattern"_s},
         {u"bpm"_s, u"Tempo of the patterns, 20 to 400. Default 84."_s, u"N"_s, u"84"_s},
+        {u"level"_s,
+         u"Peak of the carrier at nominal speed, 0.01 to 4: 1 is full scale, and what goes beyond is "
+         u"clipped. "
+         "It follows the speed as a cartridge's does. Default 0.5."_s,
+         u"N"_s, u"0.5"_s},
         {u"noise"_s, u"White noise within this percentage of full scale, 0 to 100. Default 0."_s,
          u"PERCENT"_s, u"0"_s},
         {u"dc"_s, u"Offset of both channels on the 16-bit scale, -32768 to 32767. Default 0."_s, u"VALUE"_s,
@@ -156,7 +162,7 @@ bool DeckOptionsParser::readSignal(DeckOptions& options) {
     if (!readHands(options)) {
         return false;
     }
-    return number(u"bpm"_s, 20.0, 400.0, options.bpm) &&
+    return number(u"bpm"_s, 20.0, 400.0, options.bpm) && number(u"level"_s, 0.01, 4.0, options.level) &&
            number(u"noise"_s, 0.0, 100.0, options.noisePercent) &&
            number(u"dc"_s, -32768.0, 32767.0, options.dcOffset) &&
            whole(u"seed"_s, 0, std::numeric_limits<std::uint32_t>::max(), options.seed);

@@ -18,6 +18,7 @@ struct DeckOptions {
     std::optional<MotionPattern>
         fader; ///< whose cuts the crossfader makes; nothing: those of deck A's pattern
     double bpm = Motion::defaultBpm;
+    double level = 0.5; ///< peak at nominal speed, 1.0 is full scale
     double noisePercent = 0.0;
     double dcOffset = 0.0; ///< on the 16-bit scale
     std::uint32_t seed = 1;

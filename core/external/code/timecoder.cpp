@@ -13,29 +13,24 @@ constexpr std::int32_t phonoThreshold = 0x40000; // 4 on the 16-bit scale
 constexpr std::uint32_t referenceAverage = 48;   // bits
 constexpr std::int32_t initialRefLevel = 0x7FFFFFFF;
 
-// The frame scale fills all 32 bits, so sums and differences wrap as machine words do.
-std::int32_t wrapAdd(std::int32_t a, std::int32_t b) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
-}
-
-std::int32_t wrapSub(std::int32_t a, std::int32_t b) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
-}
-
+// The frame scale fills all 32 bits: a carrier near full scale is further from its zero line than 32 bits can
+// tell, so thresholds and distance are taken in 64.
 void detectZeroCrossing(TimecoderChannel& ch, std::int32_t v, std::int32_t threshold, double alpha) {
-    ch.crossingTicker = wrapAdd(ch.crossingTicker, 1);
+    const std::int64_t zero = ch.zero;
+    // Over half a day of silence the counter comes to its end and goes round.
+    ch.crossingTicker = static_cast<std::int32_t>(static_cast<std::uint32_t>(ch.crossingTicker) + 1U);
     ch.swapped = false;
-    if (v > wrapAdd(ch.zero, threshold) && !ch.positive) {
+    if (v > zero + threshold && !ch.positive) {
         ch.swapped = true;
         ch.positive = true;
         ch.crossingTicker = 0;
-    } else if (v < wrapSub(ch.zero, threshold) && ch.positive) {
+    } else if (v < zero - threshold && ch.positive) {
         ch.swapped = true;
         ch.positive = false;
         ch.crossingTicker = 0;
     }
-    const double moved = double(ch.zero) + double(wrapSub(v, ch.zero)) * alpha;
-    ch.zero = static_cast<std::int32_t>(static_cast<std::int64_t>(moved));
+    // The line never leaves the span of the samples, so it fits.
+    ch.zero = static_cast<std::int32_t>(double(zero) + double(v - zero) * alpha);
 }
 
 void observePitch(PitchFilter& p, double dx) {

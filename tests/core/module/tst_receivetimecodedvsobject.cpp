@@ -1,28 +1,16 @@
-// The road of a frame through one deck's decoder, against a second one written here one step a line: every
+// The road of a frame through one deck's decoder, against a second one that shares no code with it: every
 // published point has to be the same in all its bytes.
 
-#include "curve/curvepointring.h"
-#include "curve/curvepointstore.h"
-#include "module/audionotifier.h"
-#include "module/receivetimecodedvsobject.h"
-#include "state/midi.h"
-#include "state/mode.h"
-#include "state/performance.h"
-#include "state/setting.h"
-#include "state/singleton.h"
-#include "state/time.h"
-#include "state/timecode.h"
-#include "state/vinyl.h"
 #include "support/datafolder.h"
 #include "support/deathmessage.h"
+#include "support/handfeddeck.h"
+#include "support/plainpoints.h"
 #include "support/testmain.h"
-#include "syntheticrecord.h"
 
 #include <QTest>
 
 #include <array>
 #include <cmath>
-#include <cstring>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -36,238 +24,7 @@ Singleton& shared() {
     return Singleton::instance();
 }
 
-TimecodeDefinition& rowOf(const QString& name) {
-    static TimecodeDefinitionList list = createTimecodeDefinitions();
-    static std::map<QString, TimecodeDefinition> found;
-    const auto at = found.find(name);
-    return at != found.end()
-               ? at->second
-               : found.emplace(name, findTimecodeDefinition(list, name.toStdString())).first->second;
-}
-
-// What the hand and the settings say while a frame is decoded.
-struct Surroundings {
-    ModelCrossFader::EnumCrossFader fader = ModelCrossFader::MIDDLE;
-    bool mix = false;
-    bool reverse = false;
-};
-
-class PlainDeck {
-public:
-    PlainDeck(ModelGraph::EnumGraph deck, const QString& timecode, double rate, double outputRate,
-              double buffer, double vinylDelta)
-        : isDeckA(deck == deckA)
-        , def(rowOf(timecode))
-        , codeScale(timecode.startsWith(u"traktor"_s) ? 2.0 : 1.0)
-        , degreesPerCode(1.0 / def.resolution() * 360.0 * 0.5555555555555556)
-        , curveStep(buffer * rate / outputRate)
-        , deltaPosition(vinylDelta) {
-        timecoderInit(tc, &def, unsigned(rate), false);
-    }
-
-    void restart() {
-        fastTracking = false;
-        jumpForward = false;
-        jumpBackward = false;
-        travelled = 0.0;
-        lastCode = 0;
-        lastPosition = 0.0;
-        predictedSpeed = 0.0;
-        acceleration = 0.0;
-        lastSpeed = 0.0;
-        frameCounter = 0.0;
-        positionDelta = 0.0;
-        nextPointTime = 0.0;
-        points.clear();
-    }
-
-    void frame(StereoFrame f, const Surroundings& now) {
-        const std::int16_t pcm[2] = {f.left, f.right};
-        timecoderSubmit(tc, pcm, 1);
-        int code = timecoderGetPosition(tc, nullptr);
-        if (code != -1) {
-            gate(code);
-        }
-        const bool forwards = tc.forwards;
-        const double dt = tc.dt;
-        const double v = tc.pitch->v;
-        const double x = tc.pitch->x;
-        double a = (v - lastSpeed) * (1.0 / dt) * 0.35 + 0.65 * acceleration;
-        a = a > 450.0 ? 450.0 : a < -450.0 ? -450.0 : a;
-        acceleration = a;
-        lastSpeed = v;
-        predictedSpeed = v + dt * a;
-        const double predicted = (predictedSpeed * dt + x) + dt * dt * (a * 0.5);
-        const double r = trackedX - predicted;
-        const double wide = std::fabs(v) * 256.0 / 10.0;
-        const int index = wide > 255.0 ? 255 : int(wide);
-        const double band = double(70000000 + 1640625LL * index) / 1e8; // 0.7 + index * 0.01640625
-        const double limit = (2 * dt + 1.0) * band;
-        if (std::fabs(r) > limit) {
-            fastTracking = true;
-        } else {
-            fastTracking = fastTracking && std::fabs(r) > limit - 0.2;
-        }
-        const double e = (std::fabs(r) - limit) * 0.7;
-        double gx = 0.001953125;
-        double gv = 7.62939453125e-06;
-        if (e > 1.0) {
-            gx = 1.0;
-            gv = 1.0;
-        } else if (e >= 0) {
-            gx = e * 0.998046875 + 0.001953125;
-            gv = e * 0.9999923706054688 + 7.62939453125e-06;
-        }
-        const double newX = predicted + gx * r;
-        trackedX = newX;
-        const double newV = predictedSpeed + (1.0 / dt) * (gv * r);
-        travelled = travelled + (tc.zeroAlpha * newV + newX);
-        if (int(frameCounter) == int(nextPointTime)) {
-            publish(code, newV, forwards, now);
-        }
-        frameCounter += 1.0;
-    }
-
-    std::vector<CurvePoint> points;
-    double angle = 0.0;
-    bool timecodeOn = false;
-    double frameCounter = 0.0;
-
-private:
-    void gate(int& code) {
-        if (lastCode <= 1000) {
-            code = -1;
-        } else if (lastCode != code) {
-            if (code > lastCode + 500) {
-                jumpForward = true;
-            } else if (code < lastCode - 500) {
-                jumpBackward = true;
-            }
-            travelled = 0.0;
-            trackedX = tc.pitch->x;
-            predictedSpeed = 0.0;
-            acceleration = 0.0;
-        }
-        lastCode = code;
-        timecodeOn = true;
-    }
-
-    void publish(int code, double pitch, bool forwards, const Surroundings& now) {
-        const double base = lastCode == -1 ? 0.0 : lastCode;
-        const double position = travelled * codeScale + base;
-        double rawAngle = degreesPerCode * position;
-        if (jumpForward) {
-            positionDelta = positionDelta - (position - lastPosition);
-            jumpForward = false;
-        }
-        if (jumpBackward) {
-            positionDelta = positionDelta + (lastPosition - position);
-            jumpBackward = false;
-        }
-        const double d = std::fabs(position - lastPosition);
-        if (d > 25.0) {
-            predictedSpeed = 0.0;
-            acceleration = 0.0;
-            if (d > 100.0) {
-                trackedX = tc.pitch->x;
-            }
-        }
-        if (timecodeOn) {
-            rawAngle = rawAngle - deltaPosition;
-        }
-        angle = std::fmod(rawAngle, 360.0);
-        if (angle < 0.0) {
-            angle += 360.0;
-        }
-        CurvePoint point;
-        std::memset(static_cast<void*>(&point), 0, sizeof point);
-        point.position = positionDelta + position;
-        point.angle = angle;
-        point.rawAngle = rawAngle;
-        point.pitch = pitch;
-        point.time = frameCounter;
-        point.timecode = code;
-        point.direction = forwards ? 0 : 1;
-        point.soundOn = audible(now) ? 1 : 0;
-        points.push_back(point);
-        lastPosition = position;
-        nextPointTime = nextPointTime + curveStep;
-    }
-
-    bool audible(const Surroundings& now) const {
-        if (now.fader == ModelCrossFader::MIDDLE) {
-            return true;
-        }
-        if (!now.mix) {
-            return false;
-        }
-        if (now.fader == ModelCrossFader::RIGHT) {
-            return isDeckA ? now.reverse : !now.reverse;
-        }
-        return isDeckA ? !now.reverse : now.reverse;
-    }
-
-    bool isDeckA;
-    TimecodeDefinition def;
-    Timecoder tc;
-    double codeScale;
-    double degreesPerCode;
-    double curveStep;
-    double deltaPosition;
-    int lastCode = 0;
-    bool jumpForward = false;
-    bool jumpBackward = false;
-    double lastPosition = 0.0;
-    double nextPointTime = 0.0;
-    double travelled = 0.0;
-    double trackedX = 0.0;
-    double predictedSpeed = 0.0;
-    double acceleration = 0.0;
-    double lastSpeed = 0.0;
-    bool fastTracking = false;
-    double positionDelta = 0.0;
-};
-
-// A deck with its ring and its store, fed by hand.
-struct Deck {
-    ModelGraph::EnumGraph name;
-    CurvePointRing ring;
-    CurvePointStore points;
-    AudioNotifier notifier;
-    ReceiveTimecodeDVSObject decoder;
-
-    explicit Deck(ModelGraph::EnumGraph deck = deckA) : name(deck), decoder(deck, ring, points) {
-        shared().time()->clearFrameCounter(deck);
-    }
-    void frame(StereoFrame f) {
-        std::int16_t pair[2] = {f.left, f.right};
-        std::int16_t* channels[2] = {&pair[0], nullptr}; // the second one isn't looked at
-        decoder.executeRT(channels, notifier);
-    }
-    void play(const SyntheticRecord& record, std::uint64_t from, std::uint64_t count) {
-        for (std::uint64_t i = from; i < from + count; ++i) {
-            frame(record.frame(i));
-        }
-    }
-};
-
-void useRates(double rate, double outputRate, double outputBuffer) {
-    Performance& performance = *shared().performance();
-    for (const auto deck : {deckA, deckB}) {
-        performance.setSample(deck, lastingSample(QSample(deck, 0, u"card"_s, rate, 2, 0)), false);
-    }
-    performance.setOutputBuffer(outputBuffer);
-    performance.setSampleOutput(
-        lastingSample(QSample(ModelGraph::OUTPUT_MASTER, 0, u"card"_s, outputRate, 2, 0, 0, 0)));
-}
-
-void moveFader(int value) {
-    ObjectMidi reading;
-    reading.setValue(value);
-    reading.setCrossFaderLeft(0);
-    reading.setCrossFaderRight(127);
-    shared().midi()->setObject(reading);
-}
+using Deck = HandFedDeck;
 
 } // namespace
 
@@ -276,23 +33,7 @@ class tst_ReceiveTimecodeDVSObject : public QObject {
 private Q_SLOTS:
     void initTestCase() { ownDataFolder(); }
 
-    void init() {
-        useRates(48000.0, 48000.0, 96.0);
-        Setting& setting = *shared().setting();
-        setting.setTimecode(u"serato_sideA_FullDVS"_s);
-        setting.setVinylDeltaPositionA(0.0);
-        setting.setVinylDeltaPositionB(0.0);
-        Mode& mode = *shared().mode();
-        mode.modeMix_off();
-        mode.modeReverse_off();
-        mode.modeFullDVS_off();
-        moveFader(63);
-        for (const auto deck : {deckA, deckB}) {
-            shared().timecode()->modeTimecode_off(deck);
-            shared().timecode()->resetPositionDelta(deck);
-            shared().time()->clearFrameCounter(deck);
-        }
-    }
+    void init() { usePlainSettings(u"serato_sideA_FullDVS"_s); }
 
     // ---- the whole road ----
 
@@ -328,7 +69,8 @@ private Q_SLOTS:
         shared().setting()->setVinylDeltaPositionB(200.5);
         for (const auto name : {deckA, deckB}) {
             auto deck = std::make_unique<Deck>(name);
-            PlainDeck plain(name, timecode, rate, outputRate, buffer, name == deckA ? 33.25 : 200.5);
+            PlainDeck plain(name == deckA, timecode.toStdString(), rate, outputRate, buffer,
+                            name == deckA ? 33.25 : 200.5);
             deck->decoder.initialise();
             deck->decoder.updateBPM();
             RecordOptions options;
@@ -352,13 +94,13 @@ private Q_SLOTS:
                 }
                 const StereoFrame f = record.frame(i);
                 deck->frame(f);
-                plain.frame(f, {shared().midi()->crossFader(), mode.modeMix(), mode.modeReverse()});
+                plain.frame(f.left, f.right, plainSurroundings());
             }
             const CurvePointStore::View points = deck->points.view();
             QCOMPARE(points.size(), plain.points.size());
             QVERIFY(points.size() > 100);
             for (std::size_t i = 0; i < points.size(); ++i) {
-                if (std::memcmp(&points[i], &plain.points[i], sizeof(CurvePoint)) != 0) {
+                if (!samePoint(points[i], plain.points[i])) {
                     QFAIL(qPrintable(u"point %1 at frame %2: position %3 against %4"_s.arg(i)
                                          .arg(points[i].time)
                                          .arg(points[i].position, 0, 'g', 17)
