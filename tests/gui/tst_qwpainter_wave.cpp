@@ -12,6 +12,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <tuple>
 
 namespace {
 
@@ -290,6 +291,26 @@ private Q_SLOTS:
         QVERIFY(!loud(0.30) && loud(0.36) && loud(0.80)); // the wave starts at the needle
         mode().modeRun_on();
         QVERIFY(loud(0.30) && !loud(0.36) && !loud(0.80)); // its second half does
+    }
+    // First the wave above the plot gives way, then the bar below it.
+    void aLowGraphHasNoRoomForTheWave() {
+        setting().setGraphDirectSound(true);
+        for (const auto& [height, bar, direct] :
+             {std::tuple(315, true, true), {314, true, false}, {215, true, false}, {214, false, false}}) {
+            DeckGraph deck(ModelGraph::INPUT_DECKA, {900, height});
+            deck.setCursor(-1e6);
+            giveWave(deck.graph);
+            QCOMPARE(deck.graph.layoutPixels().hasWaveBar(), bar);
+            QCOMPARE(deck.graph.layoutPixels().hasDirectWave(), direct);
+            addAngle(deck.main, 0.0);
+            const QImage picture = pictureOf(deck.graph);
+            int wave = 0;
+            for (int x = 50; x < 850; ++x) {
+                wave += near(picture.pixelColor(x, height - 5), ground) ? 0 : 1;
+            }
+            QCOMPARE(wave > 300, bar);
+            QCOMPARE(wave == 0, !bar);
+        }
     }
     void anEditedAreaIsDrawnAnewInTheBar() {
         mode().setDisplayMode(ModelDisplay::DRUMMING);
