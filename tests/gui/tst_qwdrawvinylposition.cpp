@@ -253,6 +253,38 @@ private Q_SLOTS:
         addAngle(disc.secondary, 90.0);
         QVERIFY(near(at(disc.draw(), 90.0, 60.0), green));
     }
+    // Where the two needles cross, the reference's outline doesn't show on the live one.
+    void nothingOfTheReferenceShowsOnTheMainNeedle() {
+        for (const double apart : {3.0, 8.0, -5.0}) {
+            Disc disc;
+            addAngle(disc.main, 90.0);
+            addAngle(disc.secondary, 90.0 + apart);
+            const QImage both = disc.draw();
+            training().setActivatedMode(ModelActivatedMode::Looper);
+            const QImage alone = disc.draw();
+            training().setActivatedMode(ModelActivatedMode::Training);
+            int bar = 0;
+            int head = 0;
+            for (int y = 100; y < 150; ++y) {
+                for (int x = 140; x < 234; ++x) {
+                    if (alone.pixelColor(x, y) == green) {
+                        QCOMPARE(both.pixelColor(x, y), green);
+                        ++(x < 215 ? bar : head);
+                    }
+                }
+            }
+            QVERIFY(bar > 1000 && head > 80);
+        }
+    }
+    void aReferenceWithoutSoundHasNoName() {
+        Disc disc;
+        disc.areas.setListPhrasing({area(0.0, 90.0, red, QStringLiteral("aaah"))});
+        addAngle(disc.main, 45.0);
+        addAngle(disc.secondary, 45.0, false);
+        const QImage image = disc.draw();
+        QVERIFY(inkOf(image, mainName) > 0);
+        QCOMPARE(inkOf(image, secondaryName), 0);
+    }
     void theReferencesHeadStaysWithoutSound() {
         Disc disc;
         addAngle(disc.main, 60.0, false);

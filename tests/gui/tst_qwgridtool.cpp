@@ -9,9 +9,12 @@
 #include "gui/support/deckgraph.h"
 #include "support/testmain.h"
 
+#include <QLabel>
 #include <QTest>
 
 #include <cstdlib>
+#include <utility>
+#include <vector>
 
 class TestQWGridTool : public QObject {
     Q_OBJECT
@@ -71,6 +74,39 @@ private Q_SLOTS:
             QVERIFY(!control->accessibleName().isEmpty());
             QVERIFY(!control->toolTip().isEmpty());
         }
+    }
+    void eachControlShowsItsPicture() {
+        QWGridTool tool;
+        const auto picture = [](const QIcon& icon) { return icon.pixmap(50, 50).toImage(); };
+        const std::vector<std::pair<const QPushButton*, QString>> buttons{
+            {tool.recordToggle(), QStringLiteral("record.png")},
+            {tool.mixToggle(), QStringLiteral("mix.png")},
+            {tool.reverseToggle(), QStringLiteral("hamster.png")},
+            {tool.holdToggle(), QStringLiteral("hold.png")},
+            {tool.metronomLamp(), QStringLiteral("metronom2.png")},
+            {tool.playButton(), QStringLiteral("play-button.png")}};
+        for (const auto& [button, name] : buttons) {
+            const QImage expected = picture(QIcon(pathIcon(name)));
+            QVERIFY2(!expected.isNull() && picture(button->icon()) == expected, qPrintable(name));
+        }
+        tool.playButton()->checked();
+        QCOMPARE(picture(tool.playButton()->icon()),
+                 picture(QIcon(pathIcon(QStringLiteral("pause-button.png")))));
+    }
+    // What the style sheets go by, and the room of the two texts.
+    void theTextsHaveTheirNamesAndTheirRoom() {
+        QWGridTool tool;
+        const auto* tempo = tool.findChild<QLabel*>(QStringLiteral("bpm"));
+        const auto* title = tool.findChild<QLabel*>(QStringLiteral("subtitle"));
+        QVERIFY(tempo != nullptr && title != nullptr);
+        QCOMPARE(tempo->text(), tool.tempo());
+        QCOMPARE(title->text(), tool.title());
+        QCOMPARE(tempo->minimumWidth(), 120);
+        QCOMPARE(tempo->maximumWidth(), 120);
+        QCOMPARE(tempo->alignment(), Qt::AlignCenter);
+        QCOMPARE(title->minimumWidth(), 250);
+        QVERIFY(title->wordWrap());
+        QCOMPARE(tool.recordToggle()->property("role").toString(), QStringLiteral("record"));
     }
     void withoutATitleItIsRegularTraining() {
         QWGridTool tool;

@@ -243,6 +243,26 @@ private Q_SLOTS:
         QCOMPARE(to, 6400);
     }
 
+    void timesThatAreThereAreOnlyWidened() {
+        DeckGraph deck;
+        addPoints(deck.main, 100, step); // 64 to 6400
+        int from = 10;
+        int to = 0;
+        deck.graph.updateMinMaxFromCurve(from, to, deck.graph.mainCurve());
+        QCOMPARE(from, 10);
+        QCOMPARE(to, 6400);
+        from = 0;
+        to = 7000;
+        deck.graph.updateMinMaxFromCurve(from, to, deck.graph.mainCurve());
+        QCOMPARE(from, 0);
+        QCOMPARE(to, 7000);
+    }
+    void eachGraphIsNamedAfterItsDeck() {
+        QCOMPARE(DeckGraph(ModelGraph::INPUT_DECKA).graph.accessibleName(),
+                 QStringLiteral("Graph of deck A"));
+        QCOMPARE(DeckGraph(ModelGraph::INPUT_DECKB).graph.accessibleName(),
+                 QStringLiteral("Graph of deck B"));
+    }
     void theValueRangeLeavesMoreRoomAbove() {
         DeckGraph deck;
         deck.graph.setXRange({0, 100000});

@@ -1,6 +1,7 @@
 // What the graph looks like: colours of single pixels and the sameness of pictures, away from all fonts.
 #include "gui/support/deckgraph.h"
 #include "painter/soundstrip.h"
+#include "state/pathfile.h"
 #include "support/testmain.h"
 
 #include <QTest>
@@ -281,6 +282,40 @@ private Q_SLOTS:
         }
         QVERIFY(QRect(65, 140, 400, 400).contains(differs));
         QVERIFY(differs.width() > 300 && differs.height() > 300);
+    }
+    void theLogoStandsWhereItBelongs_data() { ratios(); }
+    void theLogoStandsWhereItBelongs() {
+        QFETCH(double, ratio);
+        setting().setGraphLogo(true);
+        for (const int height : {600, 301}) { // in its full size, and as high as a low plot has room
+            DeckGraph deck(ModelGraph::INPUT_DECKA, {900, height});
+            deck.setCursor(-1e7);
+            const int plotBottom = height - 40;
+            const int side = int(std::lround(std::min(400, plotBottom - 35 - 20) * ratio));
+            const QImage logo = pathIcon(QStringLiteral("graphlogo/Logo - Gramo Works-WhiteDark.png"))
+                                    .toImage()
+                                    .scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+            QImage expected((QSizeF(900, height) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+            expected.fill(ground);
+            QPainter(&expected).drawImage(qRound(65 * ratio),
+                                          qRound((plotBottom - 20) * ratio) - logo.height(), logo);
+            expected.setDevicePixelRatio(ratio);
+            QCOMPARE(pictureOf(deck.graph, ratio), expected);
+        }
+    }
+    void theLogoIsThatOfTheStyle() {
+        setting().setGraphLogo(true);
+        const QString before = setting().style();
+        DeckGraph deck(ModelGraph::INPUT_DECKA, {900, 600});
+        deck.setCursor(-1e7);
+        const QImage first = pictureOf(deck.graph);
+        setting().setStyle(QStringLiteral("RedGuillotine"));
+        deck.graph.initIcon();
+        const QImage red = pictureOf(deck.graph);
+        QVERIFY(red != first);
+        setting().setStyle(before);
+        deck.graph.initIcon();
+        QCOMPARE(pictureOf(deck.graph), first);
     }
     void aLowGraphHasASmallLogo() {
         setting().setGraphLogo(true);

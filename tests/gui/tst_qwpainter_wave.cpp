@@ -1,6 +1,6 @@
 // The sample of the deck's areas on the graph: its bars, the needles in it and the room that they take.
 #include "gui/support/deckgraph.h"
-#include "module/wavedata.h"
+#include "gui/support/phrasingwave.h"
 #include "painter/qwpainterwav.h"
 #include "painter/wavemarkers.h"
 #include "phrasing/managephrasing.h"
@@ -12,6 +12,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <tuple>
 
 namespace {
 
@@ -21,18 +22,8 @@ const QColor red(208, 0, 24);
 const QColor teal(1, 194, 193);
 const QSize size(1200, 500);
 
-// Loud in the first half of the turn, silent in the second.
-std::shared_ptr<const WaveData> halfLoud() {
-    auto wave = std::make_shared<WaveData>(48000, 1, 72000);
-    for (std::size_t i = 0; i < 72000; ++i) {
-        wave->samples(0)[i] = i < 36000 ? std::int16_t(i % 2 == 0 ? 1000 : -1000) : std::int16_t(0);
-    }
-    wave->setPeaks(-1000, 1000);
-    return wave;
-}
-
 void giveWave(QWPainter& graph) {
-    Singleton::instance().wavPhrasing()->setWav(graph.deckName(), halfLoud());
+    Singleton::instance().wavPhrasing()->setWav(graph.deckName(), halfLoudWave());
     graph.generateWavPhrasing();
 }
 
@@ -93,7 +84,7 @@ private Q_SLOTS:
     }
     void theOtherDecksWaveChangesNothing() {
         DeckGraph deck(ModelGraph::INPUT_DECKA, size);
-        Singleton::instance().wavPhrasing()->setWav(ModelGraph::INPUT_DECKB, halfLoud());
+        Singleton::instance().wavPhrasing()->setWav(ModelGraph::INPUT_DECKB, halfLoudWave());
         deck.graph.generateWavPhrasing();
         QCOMPARE(deck.graph.layoutPixels().bottomMargin, 40);
     }
@@ -216,6 +207,110 @@ private Q_SLOTS:
         QVERIFY(shows(220.0) && !shows(330.0));
         mode().modeRun_on();
         QVERIFY(shows(330.0) && !shows(220.0));
+    }
+    // Where the two meet: the outline of the lower one doesn't show on the upper one.
+    void theLiveNeedleLiesOverTheReferences_data() {
+        QTest::addColumn<ModelDisplay::EnumDisplay>("display");
+        QTest::newRow("phrasing") << ModelDisplay::PHRASING;
+        QTest::newRow("drumming") << ModelDisplay::DRUMMING;
+    }
+    void theLiveNeedleLiesOverTheReferences() {
+        QFETCH(ModelDisplay::EnumDisplay, display);
+        mode().setDisplayMode(display);
+        for (const auto name : {ModelGraph::INPUT_DECKA, ModelGraph::INPUT_DECKB}) {
+            DeckGraph deck(name, size);
+            deck.setCursor(-1e6);
+            deck.graph.colorAreas()->setListPhrasing({area(0.0, 360.0, red)});
+            giveWave(deck.graph);
+            const double perPixel = 360.0 / deck.graph.layoutPixels().plotHeight;
+            addAngle(deck.main, 200.0 * perPixel);
+            addAngle(deck.secondary, 203.0 * perPixel); // three pixels higher
+            const QImage picture = pictureOf(deck.graph);
+            const QRectF bar = waveSideBar(deck.graph.layoutPixels(), size.width());
+            const int top = 457 - 200; // of the live one, six pixels high
+            const QColor color = name == ModelGraph::INPUT_DECKA ? QColor(0, 255, 0) : QColor(0, 255, 255);
+            for (int y = top + 1; y <= top + 4; ++y) {
+                QCOMPARE(picture.pixelColor(int(bar.center().x()), y), color);
+            }
+            QVERIFY(picture.pixelColor(int(bar.center().x()), top - 2) !=
+                    color); // the other one lets through
+            QVERIFY(picture.pixelColor(int(bar.center().x()), top - 2).green() > 120);
+        }
+    }
+    // A run moves the live needle to the record's place; the reference is where the cursor is.
+    void whileARunIsOnTheReferencesNeedleStaysAtTheCursor_data() {
+        theLiveNeedleLiesOverTheReferences_data();
+    }
+    void whileARunIsOnTheReferencesNeedleStaysAtTheCursor() {
+        QFETCH(ModelDisplay::EnumDisplay, display);
+        mode().setDisplayMode(display);
+        DeckGraph deck(ModelGraph::INPUT_DECKA, size);
+        deck.graph.colorAreas()->setListPhrasing({area(0.0, 360.0, red)});
+        giveWave(deck.graph);
+        for (const double angle : {220.0, 330.0}) {
+            addAngle(deck.secondary, angle); // where the wave is silent
+        }
+        for (const double angle : {20.0, 300.0}) {
+            addAngle(deck.main, angle);
+        }
+        deck.setCursor(1.5 * step);
+        const QRectF bar = waveSideBar(deck.graph.layoutPixels(), size.width());
+        const auto green = [&](double angle) {
+            const double y = drummingMarker(deck.graph.layoutPixels(), bar, angle).center().y();
+            return at(pictureOf(deck.graph), bar.center().x(), y).green();
+        };
+        QVERIFY(green(220.0) > 120 && green(330.0) < 60 && green(20.0) == 255 && green(300.0) < 60);
+        mode().modeRun_on();
+        QVERIFY(green(220.0) > 120 && green(330.0) < 60 && green(20.0) < 60 && green(300.0) == 255);
+    }
+    void whileARunIsOnTheBarShowsTheAreaOfTheRecord() {
+        mode().setDisplayMode(ModelDisplay::PHRASING);
+        DeckGraph deck(ModelGraph::INPUT_DECKA, size);
+        deck.graph.colorAreas()->setListPhrasing({area(0.0, 90.0, red), area(90.0, 270.0, teal)});
+        giveWave(deck.graph);
+        addAngle(deck.main, 45.0);
+        addAngle(deck.main, 180.0);
+        deck.setCursor(1.5 * step);
+        const QRectF bar = waveSideBar(deck.graph.layoutPixels(), size.width());
+        QVERIFY(near(at(pictureOf(deck.graph), bar.left() + 4, 440), red, 30));
+        mode().modeRun_on();
+        QVERIFY(near(at(pictureOf(deck.graph), bar.left() + 4, 440), teal, 30));
+    }
+    void theNeedleOfTheLevelBarIsTheDecks() {
+        DeckGraph deck(ModelGraph::INPUT_DECKB, size);
+        giveWave(deck.graph);
+        addAngle(deck.main, 0.0);
+        addAngle(deck.main, 180.0);
+        addAngle(deck.secondary, 90.0);
+        deck.setCursor(1.5 * step);
+        const double strip = deck.graph.layoutPixels().stripWidth;
+        const auto loud = [&](double share) {
+            return at(pictureOf(deck.graph), 45 + share * strip, 405).red() > 150;
+        };
+        QVERIFY(near(at(pictureOf(deck.graph), 45 + strip / 3.0 + 3, 450), QColor(0, 255, 255)));
+        QVERIFY(!loud(0.30) && loud(0.36) && loud(0.80)); // the wave starts at the needle
+        mode().modeRun_on();
+        QVERIFY(loud(0.30) && !loud(0.36) && !loud(0.80)); // its second half does
+    }
+    // First the wave above the plot gives way, then the bar below it.
+    void aLowGraphHasNoRoomForTheWave() {
+        setting().setGraphDirectSound(true);
+        for (const auto& [height, bar, direct] :
+             {std::tuple(315, true, true), {314, true, false}, {215, true, false}, {214, false, false}}) {
+            DeckGraph deck(ModelGraph::INPUT_DECKA, {900, height});
+            deck.setCursor(-1e6);
+            giveWave(deck.graph);
+            QCOMPARE(deck.graph.layoutPixels().hasWaveBar(), bar);
+            QCOMPARE(deck.graph.layoutPixels().hasDirectWave(), direct);
+            addAngle(deck.main, 0.0);
+            const QImage picture = pictureOf(deck.graph);
+            int wave = 0;
+            for (int x = 50; x < 850; ++x) {
+                wave += near(picture.pixelColor(x, height - 5), ground) ? 0 : 1;
+            }
+            QCOMPARE(wave > 300, bar);
+            QCOMPARE(wave == 0, !bar);
+        }
     }
     void anEditedAreaIsDrawnAnewInTheBar() {
         mode().setDisplayMode(ModelDisplay::DRUMMING);

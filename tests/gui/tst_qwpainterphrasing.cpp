@@ -6,6 +6,7 @@
 #include "support/testmain.h"
 
 #include <QImage>
+#include <QPainter>
 #include <QTest>
 
 #include <cmath>
@@ -73,6 +74,36 @@ private Q_SLOTS:
         QCOMPARE(disc.pixel(48, 48), light);
         for (const QPoint corner : {QPoint(0, 0), QPoint(95, 0), QPoint(0, 95), QPoint(95, 95)}) {
             QCOMPARE(disc.pixel(corner.x(), corner.y()), background);
+        }
+    }
+
+    // The whole picture against one that is drawn here.
+    void eachPartHasItsPlace() {
+        for (const QPhrasingList& areas :
+             {QPhrasingList{}, QPhrasingList{area(0.0, 90.0, red), area(120.5, 200.25, yellow)}}) {
+            ManagePhrasing phrasing(ModelGraph::NOT_USED);
+            phrasing.setListPhrasing(areas);
+            QWPainterPhrasing widget(&phrasing);
+            QImage expected(96, 96, QImage::Format_ARGB32_Premultiplied);
+            expected.fill(background);
+            QPainter painter(&expected);
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(areas.isEmpty() ? darkDisc : light);
+            painter.drawEllipse(3, 3, 90, 90);
+            for (const QPhrasingPtr& one : areas) {
+                painter.setBrush(one->color());
+                painter.drawPie(3, 3, 90, 90, int((90.0 - one->angleStart()) * 16.0),
+                                int((one->angleStart() - one->angleEnd()) * 16.0));
+            }
+            painter.setPen(QPen(light, 2.0, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
+            painter.setBrush(light);
+            painter.drawEllipse(42, 42, 12, 12);
+            painter.setPen(QPen(light, 6.0, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
+            painter.setBrush(Qt::NoBrush);
+            painter.drawEllipse(3, 3, 90, 90);
+            painter.end();
+            QCOMPARE(pictureOf(widget), expected);
         }
     }
 

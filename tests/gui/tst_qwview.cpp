@@ -486,12 +486,15 @@ private Q_SLOTS:
     void aDeckWithoutADeviceLeavesNoStrayFile() {
         plugIn();
         performance().setSample(ModelGraph::INPUT_DECKB, m_noDeviceB, false);
-        Singleton::instance().pathFile()->setFileDeckB(QString());
         Window w;
         addPoints(w.mainA, 10, 64.0);
+        addPoints(w.mainB, 10, 64.0);
         mode().modeRecorder_on();
-        w.view->exportFile();
-        QCOMPARE(recordedCurves(), QStringList{QStringLiteral("takeA.grw")});
+        for (const QString& name : {QString(), QStringLiteral("stray.wav")}) {
+            Singleton::instance().pathFile()->setFileDeckB(name);
+            w.view->exportFile();
+            QCOMPARE(recordedCurves(), QStringList{QStringLiteral("takeA.grw")});
+        }
     }
 };
 

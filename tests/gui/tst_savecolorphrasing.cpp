@@ -11,6 +11,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace {
@@ -52,6 +53,16 @@ private Q_SLOTS:
         QVERIFY(a.isModal());
         QVERIFY(a.windowFlags().testFlag(Qt::FramelessWindowHint));
         QCOMPARE(a.layout()->contentsMargins(), QMargins(10, 10, 10, 10));
+    }
+    void theNameIsWhereTheKeysGo() {
+        SaveColorPhrasing dialog(ModelGraph::INPUT_DECKA, nullptr);
+        QCOMPARE(dialog.focusWidget(), dialog.fileNameEdit());
+        QVERIFY(!dialog.saveButton()->autoDefault());
+        QVERIFY(!dialog.closeButton()->autoDefault());
+        const QList<QLabel*> labels = dialog.findChildren<QLabel*>();
+        QCOMPARE(std::count_if(labels.begin(), labels.end(),
+                               [&](const QLabel* label) { return label->buddy() == dialog.fileNameEdit(); }),
+                 1);
     }
     void anEmptyNameKeepsTheDialogOpen() {
         SaveColorPhrasing dialog(ModelGraph::INPUT_DECKA, nullptr);

@@ -98,6 +98,16 @@ private Q_SLOTS:
         drawn(1.25, [&](QPainter& p) { bars.drawUpright(p, quarters(), QRectF(45, 80, 30, 300)); });
         QCOMPARE(bars.scalings(), 5U);
     }
+    void theSameSizeUprightAndLevelAreTwoPictures() {
+        const QImage wave = quarters();
+        const auto level = [&](WaveBars& bars) {
+            return drawn(1.0, [&](QPainter& p) { bars.drawSplit(p, wave, QRectF(45, 80, 200, 200), 0.0); });
+        };
+        WaveBars fresh;
+        WaveBars used;
+        drawn(1.0, [&](QPainter& p) { used.drawUpright(p, wave, QRectF(45, 80, 200, 200)); });
+        QCOMPARE(level(used), level(fresh));
+    }
     void withoutAPictureOrRoomThereIsNone() {
         WaveBars bars;
         const QImage image = drawn(1.0, [&](QPainter& painter) {

@@ -234,12 +234,27 @@ private Q_SLOTS:
 
     void recordingChangesThePlayButtonsPictures() {
         Session session;
+        QB2Push& play = *session.tool().playButton();
+        const auto shows = [&play](const QString& name) {
+            const QImage picture = play.icon().pixmap(50, 50).toImage();
+            return !picture.isNull() && picture == QIcon(pathIcon(name)).pixmap(50, 50).toImage();
+        };
         QSignalSpy status(Singleton::instance().mode(), &Mode::s_RecorderModeStatus);
+        QVERIFY(shows(u"play-button.png"_s));
         session.setRecording(true);
         QCOMPARE(status.size(), 1);
         QVERIFY(!Singleton::instance().pathFile()->directoryRecording().isEmpty());
+        QVERIFY(shows(u"play_record-button.png"_s));
+        QVERIFY(session.start());
+        QVERIFY(shows(u"pause_record-button.png"_s));
+        QVERIFY(session.stop());
+        QVERIFY(shows(u"play_record-button.png"_s));
         session.setRecording(false);
         QCOMPARE(status.size(), 2);
+        QVERIFY(shows(u"play-button.png"_s));
+        QVERIFY(session.start());
+        QVERIFY(shows(u"pause-button.png"_s));
+        QVERIFY(session.stop());
     }
 
     void bothGraphsShowTheSameStretchOfTime() {

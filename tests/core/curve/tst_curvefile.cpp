@@ -396,6 +396,8 @@ private Q_SLOTS:
         f.curve->loadFromFile(fileWith(header(90, 1) + record(1, 1.0, 1.0, 0, 1) + record(2, 2.0, 2.0, 0, 1)),
                               false);
         QCOMPARE(f.curve->points().size(), std::size_t{1});
+        f.curve->loadFromFile(fileWith(header(90, 0) + record(1, 1.0, 1.0, 0, 1)), false);
+        QCOMPARE(f.curve->points().size(), std::size_t{0});
     }
 
     void aCountNoStoreBlockHoldsCountsAsWhatTheFileHolds_data() {

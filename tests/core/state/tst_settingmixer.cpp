@@ -107,6 +107,11 @@ private Q_SLOTS:
         QVERIFY(known->mixerDeviceNames().isEmpty());
     }
 
+    void aKeyThatHoldsTheWordNameIsNoName() {
+        const auto known = mixer("[Rane]\nnames=Old\nname=New\nmain\\name=Other\n");
+        QCOMPARE(known->mixerDeviceNames(), QStringList{u"Rane/New"_s});
+    }
+
     void theGroupIsTheTextBeforeTheFirstSlash() {
         const auto known = mixer("[Rane]\nmain\\inputA=1\n");
         QVERIFY(known->mixerContains(u"Rane"_s));
