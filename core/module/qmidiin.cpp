@@ -1,5 +1,6 @@
 #include "qmidiin.h"
 
+#include "state/jackclients.h"
 #include "state/quieterroroutput.h"
 
 #include <QDateTime>
@@ -37,6 +38,7 @@ void noteError(RtMidiError::Type, const std::string&, void* failed) {
 
 // Null if the interface can't be opened. The constructor prints by itself, and so do the libraries below.
 std::unique_ptr<RtMidiIn> makeInput(RtMidi::Api api) {
+    guardJackClients();
     try {
         auto input = std::make_unique<RtMidiIn>(api, clientName, queueLimit);
         input->setErrorCallback(ignoreError, nullptr);

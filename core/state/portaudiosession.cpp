@@ -1,5 +1,6 @@
 #include "portaudiosession.h"
 
+#include "jackclients.h"
 #include "quieterroroutput.h"
 
 #include <portaudio.h>
@@ -13,6 +14,7 @@ std::atomic<bool> libraryBlocked{false};
 } // namespace
 
 PortAudioSession::PortAudioSession() {
+    guardJackClients();
     if (!blocked()) {
         const QuietErrorOutput quiet;
         m_ok = Pa_Initialize() == paNoError;
