@@ -156,7 +156,8 @@ void QWPainter::drawFrame(QPainter& painter, GraphLabels& labels) {
                 &m_shiniIcons, m_mode.modeReverse()});
     drawCursor(painter, scale, labels.grid);
     if (options.vinylPosition) {
-        m_vinylPosition->draw(painter, m_cursorTime, options.vinylColorRotation, labels.names);
+        m_vinylPosition->draw(painter, m_cursorTime, options.vinylColorRotation, m_layout.plotBottom,
+                              labels.names);
     }
     drawCountIn(painter);
 }
