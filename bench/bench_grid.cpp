@@ -100,8 +100,9 @@ struct Record {
 
 void discStill(benchmark::State& state) {
     Record record;
-    drawFrames(state,
-               [&](QPainter& painter) { record.disc.draw(painter, 100.0 * pointStep, true, record.names); });
+    drawFrames(state, [&](QPainter& painter) {
+        record.disc.draw(painter, 100.0 * pointStep, true, graphHeight, record.names);
+    });
 }
 
 void discTurning(benchmark::State& state) {
@@ -109,7 +110,7 @@ void discTurning(benchmark::State& state) {
     int point = 0;
     drawFrames(state, [&](QPainter& painter) {
         point = (point + 1) % anglePoints;
-        record.disc.draw(painter, (point + 0.5) * pointStep, true, record.names);
+        record.disc.draw(painter, (point + 0.5) * pointStep, true, graphHeight, record.names);
     });
 }
 
@@ -118,7 +119,7 @@ void needlesTurning(benchmark::State& state) {
     int point = 0;
     drawFrames(state, [&](QPainter& painter) {
         point = (point + 1) % anglePoints;
-        record.disc.draw(painter, (point + 0.5) * pointStep, false, record.names);
+        record.disc.draw(painter, (point + 0.5) * pointStep, false, graphHeight, record.names);
     });
 }
 

@@ -40,8 +40,22 @@ bool AngleLine::wrapsByDistance(const Vertex& from, const Vertex& to) const {
     return !(middle() > std::abs(from.pixel.y() - to.pixel.y()));
 }
 
-void AngleLine::connectByDistance(const Vertex& from, const Vertex& to, CurveStep& step) const {
-    if (wrapsByDistance(from, to)) {
+void AngleLine::connectByAngle(const Vertex& from, const Vertex& to, CurveStep& step) const {
+    const double before = reducedAngle(points()[from.point].rawAngle);
+    const double now = reducedAngle(points()[to.point].rawAngle);
+    const bool forward = before > 270.0 && now < 90.0;
+    const bool backward = before < 90.0 && now > 270.0;
+    if (forward || backward) {
+        addWrap(from, to, forward, step);
+    } else {
+        addPlain(from, to, step);
+    }
+}
+
+void AngleLine::connectWithoutAreas(const Vertex& from, const Vertex& to, CurveStep& step) const {
+    if (hasDirectWave()) {
+        connectByAngle(from, to, step);
+    } else if (wrapsByDistance(from, to)) {
         addWrap(from, to, low(to.pixel), step);
     } else {
         addPlain(from, to, step);

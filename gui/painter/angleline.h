@@ -21,10 +21,14 @@ protected:
     const AreaColors& areas() const { return m_areas; }
     /// Whether the pixel lies in the lower half of the plot.
     bool low(const QPointF& pixel) const { return pixel.y() > middle(); }
-    /// Without areas the distance tells a wrap from a stroke. It is held against where the middle of the plot
-    /// lies in the widget, not against half its height.
+    /// Over a whole turn: the angle tells a wrap from a stroke.
+    void connectByAngle(const Vertex& from, const Vertex& to, CurveStep& step) const;
+    /// Whether the two are so many pixels apart that it isn't a stroke.
     bool wrapsByDistance(const Vertex& from, const Vertex& to) const;
-    void connectByDistance(const Vertex& from, const Vertex& to, CurveStep& step) const;
+    /// The same without areas: the distance in pixels tells, but while the wave stands above the plot the
+    /// angle does, since the distance is held against where the middle of the plot lies in the widget, not
+    /// against half its height.
+    void connectWithoutAreas(const Vertex& from, const Vertex& to, CurveStep& step) const;
     void addPlain(const Vertex& from, const Vertex& to, CurveStep& step) const {
         step.add(from.pixel, to.pixel, to.point);
     }

@@ -8,7 +8,7 @@
 
 #include <optional>
 
-/// Colour of a curve on a deck without areas.
+/// Colour of a curve on a deck without areas. The wave above the plot is of a grey that inverted is as light.
 inline QColor curveColor(ModelGraph::EnumGraph item) {
     switch (item) {
     case ModelGraph::INPUT_DECKA:
@@ -19,6 +19,8 @@ inline QColor curveColor(ModelGraph::EnumGraph item) {
         return QColor(0, 105, 0);
     case ModelGraph::INPUT_2:
         return QColor(0, 105, 105);
+    case ModelGraph::WAV_DIRECT:
+        return QColor(128, 128, 128);
     default:
         return QColor(0, 0, 0);
     }

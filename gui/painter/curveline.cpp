@@ -111,7 +111,8 @@ std::unique_ptr<CurveLine> curveLine(const CurveScene& scene, const CurveExtract
     case ModelDisplay::NORMAL:
         return std::make_unique<NormalLine>(curve, scene.scale, offset, wave);
     case ModelDisplay::PHRASING:
-        return std::make_unique<PhrasingLine>(curve, scene.scale, areas, wave);
+        return std::make_unique<PhrasingLine>(curve, scene.scale, areas, !scene.options.curveCrossFaderOff,
+                                              wave);
     case ModelDisplay::DRUMMING:
         return std::make_unique<DrummingLine>(curve, scene.scale, areas, wave);
     default:

@@ -76,6 +76,8 @@ protected:
     virtual void connect(const Vertex& from, const Vertex& to, CurveStep& step) const = 0;
 
     const CurveStretch& stretch() const { return m_stretch; }
+    /// Whether the wave stands above the plot.
+    bool hasDirectWave() const { return !m_wavePairs.empty(); }
     const GraphScale& scale() const { return m_scale; }
 
 private:

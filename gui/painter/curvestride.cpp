@@ -6,10 +6,11 @@
 
 std::optional<CurveStretch> curveStretch(const CurvePointStore::View& points, std::size_t firstVisible,
                                          std::size_t lastVisible) {
-    if (points.empty() || firstVisible >= lastVisible || firstVisible >= points.size()) {
+    if (points.empty()) {
         return std::nullopt;
     }
-    return CurveStretch{firstVisible, std::min(lastVisible, points.size() - 1)};
+    const std::size_t to = std::min(lastVisible, points.size() - 1);
+    return firstVisible < to ? std::optional(CurveStretch{firstVisible, to}) : std::nullopt;
 }
 
 std::size_t curveStride(CurveStretch stretch, double pixels) {

@@ -8,13 +8,14 @@
 #include <cstddef>
 #include <optional>
 
-/// The points of a curve that a drawing walks: from `first` to `to`, both included.
+/// The points of a curve that a drawing walks: from `first` to `to`, both included; two of them at least.
 struct CurveStretch {
     std::size_t first = 0;
     std::size_t to = 0;
 };
 
-/// None for a curve without points, with less than two points to see, or whose first visible point is gone.
+/// None for a curve without points, with less than two points to see, or whose visible points are gone: a
+/// restart since they were searched may have left a single one.
 std::optional<CurveStretch> curveStretch(const CurvePointStore::View& points, std::size_t firstVisible,
                                          std::size_t lastVisible);
 

@@ -45,6 +45,13 @@ public:
         return breadth(center, width, m_transform.m22(), m_transform.dy());
     }
 
+    /// The whole device pixels of an upright line with square caps.
+    QRectF upright(double x, double top, double bottom, double width) const {
+        const Breadth across = breadthX(x, width);
+        const double from = nearestY(top - width / 2.0);
+        return {across.start, from, across.size, nearestY(bottom + width / 2.0) - from};
+    }
+
     /// How far the painter's origin lies beyond the border between two device pixels that is next to it.
     QPointF fraction() const {
         return {m_transform.dx() - rounded(m_transform.dx()), m_transform.dy() - rounded(m_transform.dy())};

@@ -17,11 +17,9 @@
 
 namespace {
 
-constexpr int beatReach = 50; // of a beat number to either side of its line, pixels
 constexpr int valueReach = 10;
 constexpr int valueRight = 35;
-constexpr int captionWidth = 150;
-constexpr int latencyWidth = 200;
+constexpr double valueWidest = 38.0; // clear of the widget's edge and of the axis
 constexpr int angleLevels = 10;
 
 struct BeatLine {
@@ -33,6 +31,7 @@ struct BeatLine {
 struct ValueLine {
     double y;
     QString text;
+    double number; ///< steps from 0: the same while the range moves
 };
 
 /// Draws upright and level lines as the pens say, but on whole device pixels, so that they are sharp and
@@ -53,15 +52,12 @@ public:
     /// Opaque: letting the ground through takes three times as long for pixels that lie below one another.
     void upright(double x, double top, double bottom, ModelGraph::EnumGraph item) {
         const QPen& pen = linePen(item);
-        const double cap = pen.widthF() / 2.0;
-        const DevicePixels::Breadth across = m_device.breadthX(x, pen.widthF());
-        const double from = m_device.nearestY(top - cap);
         const double cover = coverOf(pen);
         const auto mix = [cover](int over, int under) {
             return int(std::lround(over * cover + under * (1.0 - cover)));
         };
         const QColor color = pen.color();
-        m_painter.fillRect(QRectF(across.start, from, across.size, m_device.nearestY(bottom + cap) - from),
+        m_painter.fillRect(m_device.upright(x, top, bottom, pen.widthF()),
                            QColor(mix(color.red(), m_ground.red()), mix(color.green(), m_ground.green()),
                                   mix(color.blue(), m_ground.blue())));
     }
@@ -110,14 +106,15 @@ std::vector<ValueLine> valueLines(const GridScene& scene) {
     if (plotsAngle(scene.display)) {
         for (int i = 0; i <= angleLevels; ++i) {
             lines.push_back({rowOf(scene, i * AnglePlot::height / angleLevels),
-                             QString::number(i * 100 / angleLevels) + QLatin1Char('%')});
+                             QString::number(i * 100 / angleLevels) + QLatin1Char('%'), double(i)});
         }
         return lines;
     }
     const double from = std::trunc(scene.scale.y().min);
     const double to = std::trunc(scene.scale.y().max);
-    for (const double tick : gridTicks(yGridStep(from, to), from, to)) {
-        lines.push_back({rowOf(scene, tick), shortNumber(tick)});
+    const double step = yGridStep(from, to);
+    for (const double tick : gridTicks(step, from, to)) {
+        lines.push_back({rowOf(scene, tick), shortNumber(tick), std::round(tick / step)});
     }
     return lines;
 }
@@ -155,23 +152,15 @@ bool numbersCollide(const QPainter& painter, const GridScene& scene, const std::
     if (beats.size() < 2) {
         return false;
     }
-    const double room = (beats.back().x - beats.front().x) / double(beats.size() - 1);
+    const double distance = (beats.back().x - beats.front().x) / double(beats.size() - 1);
+    const double room = distance - labelGap - 1.0; // lines stand in whole columns
     return std::max(scene.labels.width(painter, beats.front().text),
                     scene.labels.width(painter, beats.back().text)) > room;
 }
 
-void drawLabels(QPainter& painter, const GridScene& scene, const std::vector<BeatLine>& beats,
-                const std::vector<ValueLine>& values) {
-    const TextStyle style(painter, ModelGraph::LABEL);
+void drawBeatNumbers(QPainter& painter, const GridScene& scene, const std::vector<BeatLine>& beats,
+                     LabelRow& row) {
     const int top = truncated(scene.layout.plotBottom);
-    const int captionHeight = scene.layout.captionBottom - top;
-    scene.labels.draw(painter, QRect(scene.width - captionWidth, top, captionWidth, captionHeight),
-                      Qt::AlignRight | Qt::AlignBottom,
-                      QCoreApplication::translate("GraphGrid", "Frequency (bpm)"));
-    if (scene.latencyText) {
-        scene.labels.draw(painter, QRect(0, top, latencyWidth, captionHeight),
-                          Qt::AlignLeft | Qt::AlignBottom, *scene.latencyText);
-    }
     const bool barsAlone =
         numbersCollide(painter, scene, beats) &&
         std::any_of(beats.begin(), beats.end(), [](const BeatLine& beat) { return beat.heavy; });
@@ -179,17 +168,77 @@ void drawLabels(QPainter& painter, const GridScene& scene, const std::vector<Bea
         if (barsAlone && !beat.heavy) {
             continue;
         }
-        scene.labels.draw(painter,
-                          QRectF(beat.x - beatReach, top, 2 * beatReach, scene.layout.labelBottom - top),
-                          Qt::AlignHCenter | Qt::AlignTop | Qt::AlignVCenter, beat.text);
+        const LabelSpan span = spanWithin(beat.x, scene.labels.width(painter, beat.text), scene.width);
+        if (row.take(span)) {
+            scene.labels.draw(painter,
+                              QRectF(span.left, top, span.right - span.left, scene.layout.labelBottom - top),
+                              Qt::AlignLeft | Qt::AlignVCenter, beat.text);
+        }
     }
+}
+
+/// The latency at the left and the unit at the right have a row of their own. Where the wave's bar lies in
+/// that, they stand in the row of the beat numbers.
+void drawCaptions(QPainter& painter, const GridScene& scene, LabelRow& beatRow) {
+    const bool shared = scene.layout.hasWaveBar();
+    LabelRow ownRow;
+    LabelRow& row = shared ? beatRow : ownRow;
+    const int top = truncated(scene.layout.plotBottom);
+    const int bottom = shared ? scene.layout.labelBottom : scene.layout.captionBottom;
+    const auto draw = [&](const QString& text, bool atRight) {
+        const double width = scene.labels.width(painter, text);
+        const LabelSpan span = spanWithin(atRight ? scene.width : 0.0, width, scene.width);
+        if (row.take(span)) {
+            scene.labels.draw(painter, QRectF(span.left, top, width, bottom - top),
+                              Qt::AlignLeft | (shared ? Qt::AlignVCenter : Qt::AlignBottom), text);
+        }
+    };
+    if (scene.latencyText) {
+        draw(*scene.latencyText, false);
+    }
+    draw(QCoreApplication::translate("GraphGrid", "Frequency (bpm)"), true);
+}
+
+void drawValue(QPainter& painter, LabelCache& labels, const ValueLine& value) {
+    const QRectF place(0, value.y - valueReach, valueRight, 2 * valueReach);
+    const double width = labels.width(painter, value.text);
+    if (width <= valueRight) {
+        labels.draw(painter, place, Qt::AlignRight | Qt::AlignVCenter, value.text);
+        return;
+    }
+    // Without some of its digits it would be wrong: it is drawn narrower.
+    painter.save();
+    painter.translate(labelGap, 0.0);
+    painter.scale(std::min(1.0, valueWidest / width), 1.0);
+    labels.draw(painter, place, Qt::AlignLeft | Qt::AlignVCenter, value.text);
+    painter.restore();
+}
+
+void drawValues(QPainter& painter, const GridScene& scene, const std::vector<ValueLine>& values) {
+    if (values.empty()) {
+        return;
+    }
+    const double distance = (values.front().y - values.back().y) / std::max(1.0, double(values.size()) - 1.0);
+    const int stride = values.size() > 1
+                           ? labelStride(distance, scene.labels.size(painter, values.front().text).height())
+                           : 1;
     for (const ValueLine& value : values) {
-        // One that is too long for its place goes on to the right: without its first digits it would be
-        // wrong.
-        const bool fits = scene.labels.width(painter, value.text) <= valueRight;
-        scene.labels.draw(painter, QRectF(0, value.y - valueReach, valueRight, 2 * valueReach),
-                          (fits ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter, value.text);
+        if (std::fmod(value.number, stride) == 0.0) {
+            drawValue(painter, scene.labels, value);
+        }
     }
+}
+
+void drawLabels(QPainter& painter, const GridScene& scene, const std::vector<BeatLine>& beats,
+                const std::vector<ValueLine>& values) {
+    const TextStyle style(painter, ModelGraph::LABEL);
+    LabelRow row;
+    if (scene.cursorText) {
+        row.take(*scene.cursorText);
+    }
+    drawCaptions(painter, scene, row);
+    drawBeatNumbers(painter, scene, beats, row);
+    drawValues(painter, scene, values);
 }
 
 } // namespace

@@ -13,9 +13,8 @@ public:
     /// fit isn't cut off.
     void draw(QPainter& painter, const QRectF& rect, Qt::Alignment flags, const QString& text);
     /// Pixels that the text takes.
-    double width(const QPainter& painter, const QString& text) {
-        return layout(painter, text).size().width();
-    }
+    QSizeF size(const QPainter& painter, const QString& text) { return layout(painter, text).size(); }
+    double width(const QPainter& painter, const QString& text) { return size(painter, text).width(); }
     /// How often a text was laid out.
     unsigned layouts() const { return m_layouts; }
 

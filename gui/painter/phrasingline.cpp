@@ -9,7 +9,11 @@ constexpr std::size_t longestSearch = 4096;
 } // namespace
 
 // Only points in areas set a pen. At the entry to an area the one that stands is that of the last such point.
-std::size_t PhrasingLine::standingPen(const Vertex& from, const Vertex& to) const {
+// Where nothing is drawn while the fader is closed, a closed entry has its own pen, which draws nothing.
+std::size_t PhrasingLine::entryPen(const Vertex& from, const Vertex& to) const {
+    if (m_closedHidden && points()[to.point].soundOn == 0) {
+        return to.point;
+    }
     const std::size_t stride = walk().stride;
     std::size_t point = from.point / stride * stride;
     for (std::size_t steps = 0; steps < longestSearch; ++steps) {
@@ -26,7 +30,7 @@ std::size_t PhrasingLine::standingPen(const Vertex& from, const Vertex& to) cons
 
 void PhrasingLine::connect(const Vertex& from, const Vertex& to, CurveStep& step) const {
     if (areas().empty()) {
-        connectByDistance(from, to, step);
+        connectWithoutAreas(from, to, step);
         return;
     }
     const AreaColors::Area* before = areaOf(from.point);
@@ -41,6 +45,6 @@ void PhrasingLine::connect(const Vertex& from, const Vertex& to, CurveStep& step
         step.add(from.pixel, low(from.pixel) ? bottomBetween(from, to) : topBetween(from, to), from.point);
     } else if (now) {
         step.add(low(to.pixel) ? bottomBetween(from, to) : topBetween(from, to), to.pixel,
-                 standingPen(from, to));
+                 entryPen(from, to));
     }
 }

@@ -6,10 +6,10 @@
 /// area to another of another colour the line wraps, and outside all areas there is none.
 class PhrasingLine : public AngleLine {
 public:
-    /// `areas` must outlive the line.
+    /// `areas` must outlive the line. `closedHidden`: nothing is drawn while the fader is closed.
     PhrasingLine(const CurveExtract& curve, const GraphScale& scale, const AreaColors& areas,
-                 std::span<const WavePair> wavePairs = {})
-        : AngleLine(curve, scale, areas, wavePairs) {}
+                 bool closedHidden = false, std::span<const WavePair> wavePairs = {})
+        : AngleLine(curve, scale, areas, wavePairs), m_closedHidden(closedHidden) {}
 
 protected:
     double value(const CurvePoint& point) const override { return phrasingY(point, areas()); }
@@ -18,5 +18,7 @@ protected:
 
 private:
     const AreaColors::Area* areaOf(std::size_t point) const { return areas().at(points()[point].angle); }
-    std::size_t standingPen(const Vertex& from, const Vertex& to) const;
+    std::size_t entryPen(const Vertex& from, const Vertex& to) const;
+
+    bool m_closedHidden;
 };

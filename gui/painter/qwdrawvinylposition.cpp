@@ -31,8 +31,11 @@ constexpr double discRadius = 98.0; // the rim covers it from 93 to 107
 constexpr double fullTurn = 360.0;
 const QColor ground(43, 43, 43);
 
-constexpr int mainNameTop = 230;
-constexpr int secondaryNameTop = 260;
+constexpr int nameLeft = 45;
+constexpr int nameBeside = 245; // right of the disc
+constexpr int nameTop = 230;
+constexpr int nameLine = 30;
+constexpr QSize nameSize(581, 41);
 constexpr int namePoints = 15;
 
 // Corners of a needle that points to the top.
@@ -159,6 +162,13 @@ void drawOverlay(QPainter& painter) {
 
 } // namespace
 
+QRect areaNamePlace(bool ofReference, double plotBottom) {
+    const int bottom = int(std::floor(plotBottom));
+    const bool below = nameTop + 2 * nameLine <= bottom;
+    const int top = below ? nameTop : bottom - 2 * nameLine;
+    return {QPoint(below ? nameLeft : nameBeside, ofReference ? top + nameLine : top), nameSize};
+}
+
 QWDrawVinylPosition::QWDrawVinylPosition(const QCurve* mainCurve, const QCurve* secondaryCurve,
                                          const ManagePhrasing* colorAreas, QWidget* owner)
     : QWidget(owner)
@@ -170,7 +180,8 @@ QWDrawVinylPosition::QWDrawVinylPosition(const QCurve* mainCurve, const QCurve* 
     hide(); // stays so when the graph is shown
 }
 
-void QWDrawVinylPosition::draw(QPainter& painter, double time, bool rotate, LabelCache& names) {
+void QWDrawVinylPosition::draw(QPainter& painter, double time, bool rotate, double plotBottom,
+                               LabelCache& names) {
     const Position main = position(*m_mainCurve, time, m_mode.modeRun());
     const Position secondary = position(*m_secondaryCurve, time, false);
     const bool withSecondary = m_training.activatedMode() != ModelActivatedMode::Looper;
@@ -181,10 +192,11 @@ void QWDrawVinylPosition::draw(QPainter& painter, double time, bool rotate, Labe
         painter.drawImage(m_corner, m_picture);
     }
     if (withSecondary && secondary.soundOn) {
-        drawAreaName(painter, names, m_secondaryCurve->graphName(), secondary, secondaryNameTop);
+        drawAreaName(painter, names, m_secondaryCurve->graphName(), secondary,
+                     areaNamePlace(true, plotBottom));
     }
     if (main.soundOn) {
-        drawAreaName(painter, names, m_mainCurve->graphName(), main, mainNameTop);
+        drawAreaName(painter, names, m_mainCurve->graphName(), main, areaNamePlace(false, plotBottom));
     }
 }
 
@@ -295,7 +307,7 @@ void QWDrawVinylPosition::compose(const Look& look, bool all) {
 }
 
 void QWDrawVinylPosition::drawAreaName(QPainter& painter, LabelCache& names, ModelGraph::EnumGraph item,
-                                       const Position& position, int top) {
+                                       const Position& position, const QRect& place) {
     int index = -1;
     const QPhrasing* area = m_colorAreas->areaAt(position.point.angle, index);
     if (area == nullptr || area->label().isEmpty()) {
@@ -308,7 +320,6 @@ void QWDrawVinylPosition::drawAreaName(QPainter& painter, LabelCache& names, Mod
     font.setItalic(true);
     painter.setFont(font);
     painter.setPen(curveColorInArea(item, area->color()));
-    const QRect place(QPoint(45, top), QPoint(625, top + 40));
     painter.setClipRect(place, Qt::IntersectClip);
     names.draw(painter, place, Qt::AlignLeft, area->label());
     painter.restore();

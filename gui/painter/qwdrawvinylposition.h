@@ -8,6 +8,7 @@
 #include "model/modelgraph.h"
 
 #include <QImage>
+#include <QRect>
 #include <QWidget>
 
 #include <vector>
@@ -16,6 +17,10 @@ class ManagePhrasing;
 class Mode;
 class QCurve;
 class RecordingLooperTraining;
+
+/// Where the name of the area stands that the reference's needle or the live one is in: below the disc, or
+/// right of it on a graph whose plot ends above that line. Pixels of the graph.
+QRect areaNamePlace(bool ofReference, double plotBottom);
 
 /// A picture of the record in the graph's upper left corner: the areas as slices, and a needle for each curve
 /// that shows where the record stands. It never shows by itself: the graph has it draw with its own painter.
@@ -30,8 +35,9 @@ public:
 
     /// Where the records stand at `time` (frames); the main one where it is now, while a session runs.
     /// `rotate`: the slices turn and the main needle stays at the top, instead of the other way round.
-    /// `names`: those of the thread that calls this.
-    void draw(QPainter& painter, double time, bool rotate, LabelCache& names);
+    /// `plotBottom`: of the graph; the names of areas stand above it. `names`: those of the thread that calls
+    /// this.
+    void draw(QPainter& painter, double time, bool rotate, double plotBottom, LabelCache& names);
 
     /// How often the slices and the whole picture were built.
     unsigned discsBuilt() const { return m_discsBuilt; }
@@ -62,7 +68,7 @@ private:
     /// The pixels of the picture that the needles may touch.
     QRect needlePixels(const Look& look) const;
     void drawAreaName(QPainter& painter, LabelCache& names, ModelGraph::EnumGraph item,
-                      const Position& position, int top);
+                      const Position& position, const QRect& place);
 
     const Mode& m_mode;
     const RecordingLooperTraining& m_training;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "areacolors.h"
+#include "axislabels.h"
 #include "countin.h"
 #include "curvelayer.h"
 #include "drawingthread.h"
@@ -195,10 +196,9 @@ private:
     void drawSideMarkers(QPainter& painter, const CurvePoint& main) const;
     void drawTagNumber(QPainter& painter) const;
     void drawBeatGrid(QPainter& painter, const GraphScale& scale, const GraphOptions& options,
-                      LabelCache& labels);
+                      const std::optional<LabelSpan>& cursorText, LabelCache& labels);
     void drawTrouble(QPainter& painter) const;
     void drawCurves(const CurveScene& scene);
-    void drawCursor(QPainter& painter, const GraphScale& scale, LabelCache& labels);
     void drawCountIn(QPainter& painter) const;
     void holdScroll();
 

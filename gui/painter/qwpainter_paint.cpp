@@ -4,6 +4,7 @@
 #include "curveoffset.h"
 #include "devicepixels.h"
 #include "graphcaption.h"
+#include "graphcursor.h"
 #include "graphgrid.h"
 #include "graphstyle.h"
 #include "model/wholenumber.h"
@@ -34,7 +35,6 @@ namespace {
 constexpr double logoSide = 400.0; // the logo fits into this square, pixels
 constexpr int logoLeft = 65;
 constexpr int logoAbovePlotBottom = 20;
-constexpr int captionReach = 50; // of the cursor's text to either side, pixels
 constexpr int countInPoints = 80;
 
 // What the curve shows of the range; names its visible stretch on the way.
@@ -147,16 +147,19 @@ void QWPainter::drawFrame(QPainter& painter, GraphLabels& labels) {
 
     drawWave(painter);
     drawTagNumber(painter);
+    const GraphCursor cursor(painter, m_layout, width(), truncated(scale.mapX(m_cursorTime)),
+                             cursorBeat(m_cursorTime, sampleRate(), m_training.bpmEffective()), labels.grid);
     if (options.grid) {
-        drawBeatGrid(painter, scale, options, labels.grid);
+        drawBeatGrid(painter, scale, options, cursor.text(), labels.grid);
     }
     drawTrouble(painter);
     drawCurves({painter, scale, options, QRectF(rect()), m_mode.displayMode(), &m_areaColors,
                 m_layout.hasDirectWave() ? m_wavePainter->wavePairs() : std::span<const WavePair>(),
                 &m_shiniIcons, m_mode.modeReverse()});
-    drawCursor(painter, scale, labels.grid);
+    cursor.draw(painter, labels.grid);
     if (options.vinylPosition) {
-        m_vinylPosition->draw(painter, m_cursorTime, options.vinylColorRotation, labels.names);
+        m_vinylPosition->draw(painter, m_cursorTime, options.vinylColorRotation, m_layout.plotBottom,
+                              labels.names);
     }
     drawCountIn(painter);
 }
@@ -233,7 +236,7 @@ void QWPainter::drawTagNumber(QPainter& painter) const {
 }
 
 void QWPainter::drawBeatGrid(QPainter& painter, const GraphScale& scale, const GraphOptions& options,
-                             LabelCache& labels) {
+                             const std::optional<LabelSpan>& cursorText, LabelCache& labels) {
     drawGrid(painter, {.scale = scale,
                        .layout = m_layout,
                        .width = width(),
@@ -245,7 +248,8 @@ void QWPainter::drawBeatGrid(QPainter& painter, const GraphScale& scale, const G
                        .bpmEffective = m_training.bpmEffective(),
                        .ground = m_ground.color(),
                        .latencyText = options.latency ? std::optional(m_latencyText) : std::nullopt,
-                       .labels = labels});
+                       .labels = labels,
+                       .cursorText = cursorText});
 }
 
 void QWPainter::drawTrouble(QPainter& painter) const {
@@ -284,31 +288,6 @@ void QWPainter::drawCurves(const CurveScene& scene) {
     if (main) {
         m_mainLayer.draw(scene, *main, 0.0);
     }
-}
-
-void QWPainter::drawCursor(QPainter& painter, const GraphScale& scale, LabelCache& labels) {
-    const int x = truncated(scale.mapX(m_cursorTime));
-    if (x < -captionReach || x > width() + captionReach) {
-        return;
-    }
-    const int bottom = truncated(m_layout.plotBottom);
-    painter.setRenderHint(QPainter::Antialiasing, false); // upright lines stay sharp
-    painter.setPen(linePen(ModelGraph::CURRENT));
-    painter.drawLine(QLineF(x + 0.5, m_layout.plotTop, x + 0.5, bottom)); // the middle of the column
-    painter.setRenderHint(QPainter::Antialiasing, true);
-
-    // Beats and hundredths, each of them laid out before: the whole is another text in every frame.
-    const TextStyle style(painter, ModelGraph::CURRENT);
-    const QString text = cursorBeat(m_cursorTime, sampleRate(), m_training.bpmEffective());
-    const qsizetype point = text.indexOf(u'.');
-    const QString beats = point < 0 ? text : text.first(point);
-    const QString hundredths = point < 0 ? QString() : text.sliced(point);
-    const double beatsWidth = labels.width(painter, beats);
-    const double left = x - (beatsWidth + labels.width(painter, hundredths)) / 2.0;
-    const auto flags = Qt::AlignLeft | Qt::AlignBottom;
-    const double height = m_layout.labelBottom - bottom;
-    labels.draw(painter, QRectF(left, bottom, captionReach, height), flags, beats);
-    labels.draw(painter, QRectF(left + beatsWidth, bottom, captionReach, height), flags, hundredths);
 }
 
 void QWPainter::holdScroll() {

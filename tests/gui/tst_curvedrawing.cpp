@@ -269,7 +269,7 @@ private Q_SLOTS:
         const Capsule& tick = strokes[3].capsule;
         QCOMPARE(QLineF(tick.x1, tick.y1, tick.x2, tick.y2), QLineF(49.5, 65, 49.5, 115));
         QCOMPARE(tick.width, 3.0);
-        QCOMPARE(strokes[3].color, QColor(Qt::black).rgba());
+        QCOMPARE(strokes[3].color, QColor(128, 128, 128).rgba());
     }
     void theTickHasThePenOfTheDirectWave() {
         Look look;

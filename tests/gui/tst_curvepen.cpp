@@ -30,7 +30,7 @@ private Q_SLOTS:
         QCOMPARE(curveColor(ModelGraph::INPUT_DECKB), QColor(0, 255, 255));
         QCOMPARE(curveColor(ModelGraph::INPUT_1), QColor(0, 105, 0));
         QCOMPARE(curveColor(ModelGraph::INPUT_2), QColor(0, 105, 105));
-        QCOMPARE(curveColor(ModelGraph::WAV_DIRECT), QColor(0, 0, 0));
+        QCOMPARE(curveColor(ModelGraph::WAV_DIRECT), QColor(128, 128, 128)); // on a dark grey ground
     }
     void coloursOfTheStrips() {
         QCOMPARE(stripColor(ModelGraph::INPUT_DECKA), QColor(0, 255, 0, 100));

@@ -27,7 +27,12 @@ private Q_SLOTS:
         addPoints(store, 10, step);
         QVERIFY(!curveStretch(store.view(), 4, 4));
         QVERIFY(!curveStretch(store.view(), 5, 4));
-        QVERIFY(!curveStretch(store.view(), 10, 12)); // shrunk since its visible part was named
+        // Shrunk since its visible part was named.
+        QVERIFY(!curveStretch(store.view(), 10, 12));
+        QVERIFY(!curveStretch(store.view(), 9, 12));
+        CurvePointStore restarted;
+        addPoints(restarted, 1, step);
+        QVERIFY(!curveStretch(restarted.view(), 0, 5000));
     }
     void theStretchEndsWithTheCurve() {
         CurvePointStore store;

@@ -40,6 +40,18 @@ double midway(int i) {
     return 49.0 + 3.0 * i;
 }
 
+// Two points on one of two graphs on a large screen, with the wave above the plot. The plot reaches from 135
+// to 470; its middle lies at 302.5, which is 90 percent of its height.
+CurveStep belowTheWave(double from, double to, const AreaColors& list) {
+    static const std::vector<WavePair> wave{{-20.0, 30.0}};
+    CurvePointStore store;
+    addAngles(store, step, std::vector<double>{from, to, to});
+    return DrummingLine({ModelGraph::INPUT_DECKA, store.view(), {0, 2}},
+                        {GraphLayout::of(1920, 510, false, true), {0.0, 18750.0}, {0.0, 1000000.0}, false},
+                        list, wave)
+        .step(1);
+}
+
 DrummingLine lineOf(const CurvePointStore& store, CurveStretch stretch, const AreaColors& list,
                     std::span<const WavePair> wave = {}) {
     return {{ModelGraph::INPUT_DECKA, store.view(), stretch}, scale(), list, wave};
@@ -162,6 +174,27 @@ private Q_SLOTS:
         const DrummingLine shorter = lineOf(nearer, {0, 2}, noAreas());
         QCOMPARE(shorter.pixel(0).y() - shorter.pixel(1).y(), 247.0);
         QCOMPARE(shorter.step(1).lines, std::size_t{1});
+    }
+
+    void whileTheWaveStandsAboveThePlotTheAngleTellsAWrap() {
+        for (const AreaColors* list : {&noAreas(), &areas()}) {
+            for (const auto& [from, to] : {std::pair(350.0, 10.0), std::pair(330.0, 20.0),
+                                           std::pair(275.0, 85.0), std::pair(270.1, 89.9)}) {
+                const CurveStep forward = belowTheWave(from, to, *list);
+                QCOMPARE(forward.lines, std::size_t{2});
+                QCOMPARE(forward.segments[0].line.p2(), QPointF(midway(0), 135.0));
+                QCOMPARE(forward.segments[1].line.p1(), QPointF(midway(0), 470.0));
+                const CurveStep backward = belowTheWave(to, from, *list);
+                QCOMPARE(backward.lines, std::size_t{2});
+                QCOMPARE(backward.segments[0].line.p2(), QPointF(midway(0), 470.0));
+                QCOMPARE(backward.segments[1].line.p1(), QPointF(midway(0), 135.0));
+            }
+            for (const auto& [from, to] : {std::pair(270.0, 10.0), std::pair(300.0, 90.0),
+                                           std::pair(359.0, 91.0), std::pair(100.0, 260.0)}) {
+                QCOMPARE(belowTheWave(from, to, *list).lines, std::size_t{1});
+                QCOMPARE(belowTheWave(to, from, *list).lines, std::size_t{1});
+            }
+        }
     }
 
     void noLineLeadsToTheFirstPoint() {

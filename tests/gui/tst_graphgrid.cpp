@@ -356,11 +356,11 @@ private Q_SLOTS:
         const QRectF right(1060, 480, 140, 20);
         const QRectF left(0, 482, 300, 18);
         QVERIFY(alike(ink(image, right),
-                      plainText(ratio, QRect(1050, plotBottom, 150, 40), Qt::AlignRight | Qt::AlignBottom,
+                      plainText(ratio, QRect(1047, plotBottom, 150, 40), Qt::AlignRight | Qt::AlignBottom,
                                 QStringLiteral("Frequency (bpm)"), right),
                       ratio));
         QVERIFY(alike(ink(image, left),
-                      plainText(ratio, QRect(0, plotBottom, 200, 40), Qt::AlignLeft | Qt::AlignBottom,
+                      plainText(ratio, QRect(3, plotBottom, 200, 40), Qt::AlignLeft | Qt::AlignBottom,
                                 *shown.latency, left),
                       ratio));
         for (const int number : {4, 7, 13}) {

@@ -3,6 +3,8 @@
 #include "gui/support/curves.h"
 #include "support/testmain.h"
 
+#include <QImage>
+#include <QPainter>
 #include <QTest>
 
 #include <cmath>
@@ -46,7 +48,7 @@ double midway(int i) {
 
 PhrasingLine lineOf(const CurvePointStore& store, CurveStretch stretch, const AreaColors& list,
                     std::span<const WavePair> wave = {}) {
-    return {{ModelGraph::INPUT_DECKA, store.view(), stretch}, scale(), list, wave};
+    return {{ModelGraph::INPUT_DECKA, store.view(), stretch}, scale(), list, false, wave};
 }
 
 // What leads to the last of these angles from the one before it.
@@ -54,6 +56,33 @@ CurveStep lastStep(std::initializer_list<double> angles, const AreaColors& list 
     CurvePointStore store;
     addAngles(store, step, angles);
     return lineOf(store, {0, angles.size() - 1}, list).step(angles.size() - 1);
+}
+
+// The same with the wave above a lower plot, which reaches from 135 to 470.
+CurveStep belowTheWave(double from, double to) {
+    static const std::vector<WavePair> wave{{-20.0, 30.0}};
+    CurvePointStore store;
+    addAngles(store, step, std::vector<double>{from, to, to});
+    return PhrasingLine({ModelGraph::INPUT_DECKA, store.view(), {0, 2}},
+                        {GraphLayout::of(1920, 510, false, true), {0.0, 18750.0}, {0.0, 1000000.0}, false},
+                        noAreas(), false, wave)
+        .step(1);
+}
+
+// What leads to the last of these points, as a graph with that choice for closed passages draws it.
+CurveStep lastStep(std::initializer_list<std::pair<double, bool>> anglesAndSound, bool closedShown) {
+    CurvePointStore store;
+    addPoints(store, int(anglesAndSound.size()), step, [&](int i, CurvePoint& p) {
+        turn(p, anglesAndSound.begin()[i].first);
+        p.soundOn = anglesAndSound.begin()[i].second ? 1 : 0;
+    });
+    QImage nowhere(1, 1, QImage::Format_RGB32);
+    QPainter painter(&nowhere);
+    GraphOptions options;
+    options.curveCrossFaderOff = closedShown;
+    const CurveScene scene{painter, scale(), options, {}, ModelDisplay::PHRASING, &areas()};
+    const CurveExtract curve{ModelGraph::INPUT_DECKA, store.view(), {0, anglesAndSound.size() - 1}};
+    return curveLine(scene, curve, 0.0)->step(anglesAndSound.size() - 1);
 }
 
 void compare(const CurveStep& found, std::initializer_list<CurveSegment> wanted) {
@@ -90,6 +119,23 @@ private Q_SLOTS:
     void withoutAreasALineThatArrivesHighHasLeftThroughTheBottom() {
         compare(lastStep({10.0, 350.0}, noAreas()), {{{columnOf(0), turnY(10.0), midway(0), 460}, 0},
                                                      {{midway(0), 35, columnOf(1), turnY(350.0)}, 1}});
+    }
+    void whileTheWaveStandsAboveThePlotTheAngleTellsAWrap() {
+        for (const auto& [from, to] :
+             {std::pair(350.0, 10.0), std::pair(330.0, 20.0), std::pair(270.1, 89.9)}) {
+            const CurveStep forward = belowTheWave(from, to);
+            QCOMPARE(forward.lines, std::size_t{2});
+            QCOMPARE(forward.segments[0].line.p2(), QPointF(midway(0), 135.0));
+            QCOMPARE(forward.segments[1].line.p1(), QPointF(midway(0), 470.0));
+            const CurveStep backward = belowTheWave(to, from);
+            QCOMPARE(backward.lines, std::size_t{2});
+            QCOMPARE(backward.segments[0].line.p2(), QPointF(midway(0), 470.0));
+            QCOMPARE(backward.segments[1].line.p1(), QPointF(midway(0), 135.0));
+        }
+        for (const auto& [from, to] : {std::pair(270.0, 10.0), std::pair(359.0, 91.0)}) {
+            QCOMPARE(belowTheWave(from, to).lines, std::size_t{1});
+            QCOMPARE(belowTheWave(to, from).lines, std::size_t{1});
+        }
     }
     void withinAnAreaALineIsPlainHoweverLong() {
         compare(lastStep({10.0, 90.0}), {{{columnOf(0), lowY, columnOf(1), highY}, 1}});
@@ -129,6 +175,18 @@ private Q_SLOTS:
     void whereNoPenStandsThePointsOwnIsTaken() {
         compare(lastStep({330.0, 10.0}), {{{midway(0), 460, columnOf(1), lowY}, 1}});
         compare(lastStep({330.0, 340.0, 350.0, 90.0}), {{{midway(2), 35, columnOf(3), highY}, 3}});
+    }
+    // Where closed passages are hidden, nothing of one is seen at an area's edge.
+    void aClosedEntryHasItsOwnPenWhereClosedPassagesAreHidden() {
+        compare(lastStep({{290.0, true}, {330.0, false}, {10.0, false}}, false),
+                {{{midway(1), 460, columnOf(2), lowY}, 2}});
+        compare(lastStep({{290.0, true}, {330.0, true}, {90.0, false}}, false),
+                {{{midway(1), 35, columnOf(2), highY}, 2}});
+        // One that sounds keeps the pen that stands, as all do where they are shown.
+        compare(lastStep({{290.0, true}, {330.0, false}, {10.0, true}}, false),
+                {{{midway(1), 460, columnOf(2), lowY}, 0}});
+        compare(lastStep({{290.0, true}, {330.0, false}, {10.0, false}}, true),
+                {{{midway(1), 460, columnOf(2), lowY}, 0}});
     }
     void outsideAllAreasThereIsNoLine() {
         compare(lastStep({330.0, 340.0}), {});

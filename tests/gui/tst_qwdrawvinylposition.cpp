@@ -40,7 +40,8 @@ struct Disc {
         , secondaryCurve(deck == ModelGraph::INPUT_DECKA ? ModelGraph::INPUT_1 : ModelGraph::INPUT_2,
                          secondary) {}
 
-    QImage draw(double time = 0.0, bool rotate = false, double ratio = 1.0, QPointF corner = {}) {
+    QImage draw(double time = 0.0, bool rotate = false, double ratio = 1.0, QPointF corner = {},
+                double plotBottom = 320.0) {
         QImage image((QSizeF(640, 320) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
         image.setDevicePixelRatio(ratio);
         image.fill(ground);
@@ -48,7 +49,7 @@ struct Disc {
         painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
         painter.translate(corner);
         const QTransform before = painter.transform();
-        disc.draw(painter, time, rotate, names);
+        disc.draw(painter, time, rotate, plotBottom, names);
         stateKept = painter.transform() == before && painter.testRenderHint(QPainter::Antialiasing);
         return image;
     }
@@ -284,6 +285,34 @@ private Q_SLOTS:
         const QImage image = disc.draw();
         QVERIFY(inkOf(image, mainName) > 0);
         QCOMPARE(inkOf(image, secondaryName), 0);
+    }
+    void namesStandBelowTheDiscOrBesideItButNeverBelowThePlot() {
+        for (const double bottom : {560.0, 290.0}) {
+            QCOMPARE(areaNamePlace(false, bottom).topLeft(), QPoint(45, 230));
+            QCOMPARE(areaNamePlace(true, bottom).topLeft(), QPoint(45, 260));
+        }
+        for (const double bottom : {289.5, 230.0, 110.0}) {
+            const QRect main = areaNamePlace(false, bottom);
+            const QRect reference = areaNamePlace(true, bottom);
+            QVERIFY(main.left() > 234 && reference.left() > 234);
+            QVERIFY(reference.top() + 30 <= bottom);
+            QCOMPARE(main.top() + 30, reference.top());
+        }
+    }
+    void onALowGraphTheNamesKeepOffItsAxis() {
+        for (const double bottom : {230.0, 270.0}) {
+            Disc disc;
+            training().setActivatedMode(ModelActivatedMode::Training);
+            disc.areas.setListPhrasing({area(0.0, 180.0, red, QStringLiteral("Qgjy")),
+                                        area(180.0, 360.0, teal, QStringLiteral("Qgjy"))});
+            addAngle(disc.main, 90.0);
+            addAngle(disc.secondary, 270.0);
+            const QImage image = disc.draw(0.0, false, 1.0, {}, bottom);
+            const int above = int(bottom);
+            QCOMPARE(inkOf(image, QRect(240, above - 1, 400, 320 - above)), 0);
+            QVERIFY(inkOf(image, QRect(240, above - 60, 390, 30)) > 50);
+            QVERIFY(inkOf(image, QRect(240, above - 30, 390, 28)) > 50);
+        }
     }
     void theReferencesHeadStaysWithoutSound() {
         Disc disc;

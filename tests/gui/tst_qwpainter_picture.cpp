@@ -87,10 +87,10 @@ private Q_SLOTS:
         deck.graph.setXRange({0, 1155 * 100});
         deck.setCursor(500 * 100.0);
         const QImage picture = pictureOf(deck.graph, ratio);
-        QCOMPARE(at(picture, 545, 35), QColor(255, 0, 0));
-        QCOMPARE(at(picture, 545, 247), QColor(255, 0, 0));
-        QCOMPARE(at(picture, 545, 459), QColor(255, 0, 0));
-        QCOMPARE(at(picture, 545, 33), ground);
+        QCOMPARE(at(picture, 544.75, 35), QColor(255, 0, 0));
+        QCOMPARE(at(picture, 544.75, 247), QColor(255, 0, 0));
+        QCOMPARE(at(picture, 544.75, 459), QColor(255, 0, 0));
+        QCOMPARE(at(picture, 544.75, 33), ground);
         for (const int x : {0, 45, 300, 543, 547, 1199}) {
             QCOMPARE(inkInColumn(picture, x, 0, 460), 0);
         }

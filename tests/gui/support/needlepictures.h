@@ -12,9 +12,11 @@ inline std::vector<Text> discTexts(bool main, bool reference) {
 
 inline void addDiscs(std::vector<Row>& rows) {
     const auto disc = [&](const QString& name, const QString& shows, Look look, bool main, bool reference) {
-        look.size = {270, 310};
+        look.size = {270, main || reference ? 340 : 310}; // with room for names above the axis
         look.disc = true;
-        look.masks = [](const DeckGraph&) { return std::vector<QRectF>{QRectF(0, 234, 270, 76)}; };
+        look.masks = [](const DeckGraph& deck) {
+            return std::vector<QRectF>{QRectF(0, 234, 270, deck.graph.height() - 234)};
+        };
         look.texts = [=](const DeckGraph&) { return discTexts(main, reference); };
         add(rows, QStringLiteral("disc_") + name, shows, look);
     };
