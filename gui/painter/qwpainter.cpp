@@ -163,14 +163,16 @@ void QWPainter::initStart() {
 }
 
 void QWPainter::refresh() {
-    if (!m_mode.modeGraphicScrollStop() && m_mode.modeRun()) {
+    followAreas();
+    // 0: the deck has received nothing since its last restart. Its clock starts with the first buffer.
+    if (m_time.observeFrameCounter(m_deckName) == 0.0) {
+        if (m_mode.modeRun()) {
+            m_time.clearCursor(m_deckName);
+        }
+        initStart();
+    } else if (!m_mode.modeGraphicScrollStop() && m_mode.modeRun()) {
         m_time.setCursor(m_deckName,
                          std::trunc(m_time.framesNow(m_deckName, m_performance.sample(m_deckName))));
-    }
-    followAreas();
-    // 0: the deck has received nothing since its last restart.
-    if (m_time.observeFrameCounter(m_deckName) == 0.0) {
-        initStart();
     }
     m_repaintDue = isVisible() && updatesEnabled();
     m_drawnAhead = false;
