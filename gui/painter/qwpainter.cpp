@@ -122,11 +122,15 @@ void QWPainter::refreshVariable() {
     m_layout = GraphLayout::fitting(width(), height(), bar, direct);
 }
 
+void QWPainter::chooseWindow() {
+    m_window = cursorWindow(m_training.activatedMode(), m_mode.graphBeats(), beatLength());
+}
+
 void QWPainter::initGraph() {
     m_stillWindow = stillWindow(sampleRate(), m_performance.inputBuffer(m_deckName));
     m_latencyText.clear();
-    m_window = cursorWindow(m_training.activatedMode(), m_mode.graphBeats(), beatLength());
-    setXRange({truncated(m_window.before), truncated(m_window.after)});
+    chooseWindow();
+    setXRange(m_window.around(0.0));
     m_y = initialYRange(m_y, m_mode.displayMode());
     initStart();
 }
@@ -148,13 +152,25 @@ void QWPainter::initIcon() {
     update();
 }
 
+// Around the cursor, which stops where the take does. Behind a sound server that was lost it has run on for
+// two seconds more, longer than a narrow range is: then around the last point.
+FrameRange QWPainter::rangeInSight() const {
+    const FrameRange range = m_window.around(m_time.cursor(m_deckName));
+    const CurvePointStore::View points = m_mainCurve->points();
+    if (m_mode.modeRun() || points.empty() || points.back().time >= range.from) {
+        return range;
+    }
+    return m_window.around(points.back().time);
+}
+
+void QWPainter::beatsChanged() {
+    chooseWindow();
+    setXRange(rangeInSight());
+}
+
 void QWPainter::displayChanged() {
     refreshVariable();
-    if (m_mode.modeRun()) {
-        m_y = initialYRange(m_y, m_mode.displayMode());
-    } else {
-        initGraph();
-    }
+    m_y = initialYRange(m_y, m_mode.displayMode());
 }
 
 void QWPainter::initStart() {

@@ -108,13 +108,16 @@ public Q_SLOTS:
     void importCurve_Secondary(QString filename, bool load_bpm);
     /// Nothing repaints by itself: the next pulse shows it.
     void resetCurve_Main();
-    /// Sets the ranges up for tempo, input and mode.
+    /// Sets the ranges up for tempo, input and mode, with the cursor at 0, and starts anew.
     void initGraph();
+    /// Another number of beats is to be shown: the range around the cursor changes and nothing more. A take
+    /// that isn't followed any more stays in sight.
+    void beatsChanged();
     /// Loads the pictures that depend on the style.
     void initIcon();
     void initStart();
-    /// The graph plots something else. During a session that changes what is seen and nothing more: a new
-    /// start would empty the take's curve.
+    /// The graph plots something else. That changes layout and y range and nothing more: the stretch in view
+    /// stays, and so do the points, during a session and behind it. A new start would empty the curve.
     void displayChanged();
     /// Fits the x range to all data.
     void modeAutoresize();
@@ -165,6 +168,8 @@ protected:
 private:
     double beatLength() const;
     double sampleRate() const;
+    void chooseWindow();
+    FrameRange rangeInSight() const;
     void retranslate();
     void setTagNumber(int number);
     /// Asks for a range on the user's behalf and tells what came of it.
