@@ -144,7 +144,7 @@ public Q_SLOTS:
     void saveToColorFileA();
     void saveToColorFileB();
     /// Writes the areas into a new file. One that exists stays, and a message says so. `showMsg`: the colour
-    /// menu and the user are told.
+    /// menu is told of a file that it can read, and the user of what came of it.
     void createGRPXML(QString pathFilename, bool showMsg);
     void createGRPXML(QString pathFilename);
     /// The same for a bare name without extension, in the colour folder.
