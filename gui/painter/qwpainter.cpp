@@ -190,6 +190,7 @@ void QWPainter::refresh() {
         m_time.setCursor(m_deckName,
                          std::trunc(m_time.framesNow(m_deckName, m_performance.sample(m_deckName))));
     }
+    wantWavePicture();
     m_repaintDue = isVisible() && updatesEnabled();
     m_drawnAhead = false;
     update();

@@ -83,6 +83,9 @@ public:
     bool recordStandsStill() const;
     /// Whether there is a record, and it hasn't stood still that long.
     bool recordMoves() const;
+    /// Draws now what is left to draw of the sample's pictures, and that of the area under the needle: for a
+    /// picture of a graph without pulse and event loop.
+    void finishWavePictures();
 
 Q_SIGNALS:
     void s_Resize();
@@ -137,7 +140,8 @@ public Q_SLOTS:
     void overflow(quint64 lost);
     /// Takes the areas that the deck shall show, and lays them over its sample.
     void refreshListManagePhrasing();
-    /// Draws the pictures of the deck's sample anew: it or the areas have changed.
+    /// The deck's sample or the areas have changed. The pictures of a new sample are drawn at once, what the
+    /// areas change in them in between the events that follow.
     void generateWavPhrasing();
     /// Ask for a name in a dialog of the deck, one at a time, and write the areas into a file of the colour
     /// menu.
@@ -196,6 +200,8 @@ private:
     /// The logo on it is opaque: what lies below it isn't filled first.
     void drawGround(QPainter& painter, bool logo);
     void scaleLogo(double ratio);
+    void followNeedle(const CurvePoint& needle);
+    void wantWavePicture();
     void drawWave(QPainter& painter);
     void drawSideMarkers(QPainter& painter, const CurvePoint& main) const;
     void drawTagNumber(QPainter& painter) const;
