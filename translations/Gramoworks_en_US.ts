@@ -85,6 +85,14 @@
         <translation>File already imported !</translation>
     </message>
     <message>
+        <source>Could not be written: %1</source>
+        <translation>Could not be written: %1</translation>
+    </message>
+    <message>
+        <source>Non-compliant file !</source>
+        <translation>Non-compliant file !</translation>
+    </message>
+    <message>
         <source>New file has been created and loaded into color tab !!</source>
         <translation>New file has been created and loaded into color tab !!</translation>
     </message>

@@ -85,6 +85,14 @@
         <translation>¡El archivo ya está importado!</translation>
     </message>
     <message>
+        <source>Could not be written: %1</source>
+        <translation>No se ha podido escribir: %1</translation>
+    </message>
+    <message>
+        <source>Non-compliant file !</source>
+        <translation>¡Archivo no conforme!</translation>
+    </message>
+    <message>
         <source>New file has been created and loaded into color tab !!</source>
         <translation>¡¡El archivo nuevo se ha creado y cargado en la pestaña de colores!!</translation>
     </message>

@@ -85,6 +85,14 @@
         <translation>Fichier déjà importé !</translation>
     </message>
     <message>
+        <source>Could not be written: %1</source>
+        <translation>Écriture impossible : %1</translation>
+    </message>
+    <message>
+        <source>Non-compliant file !</source>
+        <translation>Fichier non conforme !</translation>
+    </message>
+    <message>
         <source>New file has been created and loaded into color tab !!</source>
         <translation>Le nouveau fichier est créé et chargé dans l’onglet des couleurs !!</translation>
     </message>

@@ -109,8 +109,9 @@ void Connection::wireControls() {
     connect(tool->holdToggle(), &QBToggleCircular::s_Toogle_on, mode, &Mode::modeHold_on);
     connect(tool->holdToggle(), &QBToggleCircular::s_Toogle_off, mode, &Mode::modeHold_off);
     connect(tool->selectInput(), &QBSelectInput::s_toogle_value, m_view, &QWView::showInput);
-    connect(tool->bpmComboBox(), &QComboBoxBpm::s_Textchanged, m_view->painterDeckA(), &QWPainter::initGraph);
-    connect(tool->bpmComboBox(), &QComboBoxBpm::s_Textchanged, m_view->painterDeckB(), &QWPainter::initGraph);
+    for (QWPainter* graph : {m_view->painterDeckA(), m_view->painterDeckB()}) {
+        connect(tool->bpmComboBox(), &QComboBoxBpm::s_Textchanged, graph, &QWPainter::beatsChanged);
+    }
 }
 
 void Connection::wireRunSequence() {

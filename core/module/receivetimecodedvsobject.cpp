@@ -89,6 +89,5 @@ void ReceiveTimecodeDVSObject::initialise() {
 }
 
 void ReceiveTimecodeDVSObject::updateBPM() {
-    m_state.time->msecsNow(); // the midnight that the callback's clock counts from
     restartRT();
 }

@@ -120,7 +120,7 @@ void ReceiveTimecodeDVSObject::clearTracking() {
 void ReceiveTimecodeDVSObject::restartRT() {
     DeckState& s = m_state;
     clearTracking();
-    s.time->setStartNowRealtime(s.name);
+    s.time->setStartNow(s.name);
     s.time->clearCursor(s.name);
     s.time->clearFrameCounter(s.name);
     s.timecode->resetPositionDelta(s.name);

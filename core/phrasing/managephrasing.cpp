@@ -134,7 +134,11 @@ double ManagePhrasing::gapEnd(double angle) const {
     return end;
 }
 
+// An area of no size can't be read back from a file: with the record at rest a second press would make one.
 void ManagePhrasing::append(double angleStart, double angleEnd) {
+    if (angleStart == angleEnd) {
+        return;
+    }
     m_listPhrasing.append(std::make_shared<QPhrasing>(QString(), nextFreeColor(), angleStart, angleEnd));
 }
 
@@ -146,10 +150,10 @@ void ManagePhrasing::initAreas() {
 void ManagePhrasing::addArea() {
     const double angle = currentAngle();
     const qsizetype place = placeOf(angle);
-    if (place >= 0) {
-        m_listPhrasing[place]->setAngleEnd(angle);
-    } else {
+    if (place < 0) {
         append(gapStart(angle), angle);
+    } else if (m_listPhrasing[place]->angleStart() != angle) { // else nothing would be left of it
+        m_listPhrasing[place]->setAngleEnd(angle);
     }
     Q_EMIT s_Update();
 }

@@ -59,9 +59,10 @@ public Q_SLOTS:
     /// Empties the list. Whoever else shows the areas keeps them.
     void initAreas();
     /// Ends the area at the present angle there; without one, makes an area from the end of the nearest area
-    /// before it, or from 0, up to it. That area has no size when the angle is that end exactly.
+    /// before it, or from 0, up to it. What would get no size is left: a second press at rest changes
+    /// nothing.
     void addArea();
-    /// Fills the gap around the present angle with a new area.
+    /// Fills the gap around the present angle with a new area; there may be none.
     void addAreaOnAllEmptyArea();
     /// Moves the start of the area at the present angle to it.
     void defineAngleStart();

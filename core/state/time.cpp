@@ -1,45 +1,15 @@
 #include "time.h"
 
-#include <QTime>
-
 #include <chrono>
-#include <cmath>
-
-namespace {
-
-constexpr double msecsOfDay = 86400000.0;
-
-double systemMsecs() {
-    using namespace std::chrono;
-    return double(duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count());
-}
-
-} // namespace
-
-Time::Time(QObject* parent) : QObject(parent) {
-    msecsNow();
-}
 
 double Time::msecsNow() {
-    const QTime now = QTime::currentTime();
-    const double msecs = now.isValid() ? now.msecsSinceStartOfDay() : 0.0;
-    m_midnight.store(systemMsecs() - msecs, std::memory_order_relaxed);
-    return msecs;
-}
-
-double Time::msecsNowRealtime() const {
-    return std::fmod(systemMsecs() - m_midnight.load(std::memory_order_relaxed), msecsOfDay);
+    using namespace std::chrono;
+    return duration<double, std::milli>(steady_clock::now().time_since_epoch()).count();
 }
 
 void Time::setStartNow(ModelGraph::EnumGraph name) {
     if (Deck* d = deck(name)) {
         d->startTime.store(msecsNow(), std::memory_order_relaxed);
-    }
-}
-
-void Time::setStartNowRealtime(ModelGraph::EnumGraph name) {
-    if (Deck* d = deck(name)) {
-        d->startTime.store(msecsNowRealtime(), std::memory_order_relaxed);
     }
 }
 
@@ -52,7 +22,7 @@ double Time::framesSince(ModelGraph::EnumGraph name, double msecs, const QSample
     return sample->samplesPerMs() * (msecs - startTime(name));
 }
 
-double Time::framesNow(ModelGraph::EnumGraph name, const QSample* sample) {
+double Time::framesNow(ModelGraph::EnumGraph name, const QSample* sample) const {
     return framesSince(name, msecsNow(), sample);
 }
 

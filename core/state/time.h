@@ -11,27 +11,25 @@
 
 /// The clocks of the two decks, in sample frames of the deck. Any name but INPUT_DECKA and INPUT_DECKB is
 /// ignored: writes do nothing and reads give 0.0.
-/// Thread-safe: yes, one writer a value. Realtime-safe: yes, except msecsNow, setStartNow and framesNow.
+/// Thread-safe: yes, one writer a value. Realtime-safe: yes.
 class Time : public QObject {
     Q_OBJECT
 public:
-    explicit Time(QObject* parent = nullptr);
+    explicit Time(QObject* parent = nullptr) : QObject(parent) {}
 
-    /// Wall clock, milliseconds since midnight. It wraps at midnight. Not realtime-safe.
-    double msecsNow();
-    /// The same from the system's clock and the midnight that the last msecsNow found: for a callback.
-    double msecsNowRealtime() const;
+    /// Milliseconds of the machine's monotonic clock: it never goes back and never jumps, whatever midnight,
+    /// daylight changes and time servers do to the time of day. Its zero says nothing.
+    static double msecsNow();
 
     void setStartNow(ModelGraph::EnumGraph name);
-    /// setStartNow for a callback.
-    void setStartNowRealtime(ModelGraph::EnumGraph name);
-    /// Milliseconds since midnight at the deck's last start.
+    /// msecsNow at the deck's last start.
     double startTime(ModelGraph::EnumGraph name) const;
     /// Frames of `sample` between the deck's start and `msecs`.
     double framesSince(ModelGraph::EnumGraph name, double msecs, const QSample* sample) const;
-    double framesNow(ModelGraph::EnumGraph name, const QSample* sample);
+    double framesNow(ModelGraph::EnumGraph name, const QSample* sample) const;
 
-    /// Frames that the wall clock says have passed; written by the graph.
+    /// Frames that have passed by msecsNow since the deck's start; written by the graph. 0 until the deck has
+    /// received a frame.
     double cursor(ModelGraph::EnumGraph name) const;
     void setCursor(ModelGraph::EnumGraph name, double value);
     void clearCursor(ModelGraph::EnumGraph name);
@@ -75,5 +73,4 @@ private:
     }
 
     std::array<Deck, 2> m_decks;
-    std::atomic<double> m_midnight{0.0}; ///< system clock of the last midnight, ms since the epoch
 };

@@ -122,11 +122,15 @@ void QWPainter::refreshVariable() {
     m_layout = GraphLayout::fitting(width(), height(), bar, direct);
 }
 
+void QWPainter::chooseWindow() {
+    m_window = cursorWindow(m_training.activatedMode(), m_mode.graphBeats(), beatLength());
+}
+
 void QWPainter::initGraph() {
     m_stillWindow = stillWindow(sampleRate(), m_performance.inputBuffer(m_deckName));
     m_latencyText.clear();
-    m_window = cursorWindow(m_training.activatedMode(), m_mode.graphBeats(), beatLength());
-    setXRange({truncated(m_window.before), truncated(m_window.after)});
+    chooseWindow();
+    setXRange(m_window.around(0.0));
     m_y = initialYRange(m_y, m_mode.displayMode());
     initStart();
 }
@@ -148,13 +152,25 @@ void QWPainter::initIcon() {
     update();
 }
 
+// Around the cursor, which stops where the take does. Behind a sound server that was lost it has run on for
+// two seconds more, longer than a narrow range is: then around the last point.
+FrameRange QWPainter::rangeInSight() const {
+    const FrameRange range = m_window.around(m_time.cursor(m_deckName));
+    const CurvePointStore::View points = m_mainCurve->points();
+    if (m_mode.modeRun() || points.empty() || points.back().time >= range.from) {
+        return range;
+    }
+    return m_window.around(points.back().time);
+}
+
+void QWPainter::beatsChanged() {
+    chooseWindow();
+    setXRange(rangeInSight());
+}
+
 void QWPainter::displayChanged() {
     refreshVariable();
-    if (m_mode.modeRun()) {
-        m_y = initialYRange(m_y, m_mode.displayMode());
-    } else {
-        initGraph();
-    }
+    m_y = initialYRange(m_y, m_mode.displayMode());
 }
 
 void QWPainter::initStart() {
@@ -163,15 +179,18 @@ void QWPainter::initStart() {
 }
 
 void QWPainter::refresh() {
-    if (!m_mode.modeGraphicScrollStop() && m_mode.modeRun()) {
+    followAreas();
+    // 0: the deck has received nothing since its last restart. Its clock starts with the first buffer.
+    if (m_time.observeFrameCounter(m_deckName) == 0.0) {
+        if (m_mode.modeRun()) {
+            m_time.clearCursor(m_deckName);
+        }
+        initStart();
+    } else if (!m_mode.modeGraphicScrollStop() && m_mode.modeRun()) {
         m_time.setCursor(m_deckName,
                          std::trunc(m_time.framesNow(m_deckName, m_performance.sample(m_deckName))));
     }
-    followAreas();
-    // 0: the deck has received nothing since its last restart.
-    if (m_time.observeFrameCounter(m_deckName) == 0.0) {
-        initStart();
-    }
+    wantWavePicture();
     m_repaintDue = isVisible() && updatesEnabled();
     m_drawnAhead = false;
     update();

@@ -84,6 +84,9 @@ public:
     bool recordStandsStill() const;
     /// Whether there is a record, and it hasn't stood still that long.
     bool recordMoves() const;
+    /// Draws now what is left to draw of the sample's pictures, and that of the area under the needle: for a
+    /// picture of a graph without pulse and event loop.
+    void finishWavePictures();
 
 Q_SIGNALS:
     void s_Resize();
@@ -109,13 +112,16 @@ public Q_SLOTS:
     void importCurve_Secondary(QString filename, bool load_bpm);
     /// Nothing repaints by itself: the next pulse shows it.
     void resetCurve_Main();
-    /// Sets the ranges up for tempo, input and mode.
+    /// Sets the ranges up for tempo, input and mode, with the cursor at 0, and starts anew.
     void initGraph();
+    /// Another number of beats is to be shown: the range around the cursor changes and nothing more. A take
+    /// that isn't followed any more stays in sight.
+    void beatsChanged();
     /// Loads the pictures that depend on the style.
     void initIcon();
     void initStart();
-    /// The graph plots something else. During a session that changes what is seen and nothing more: a new
-    /// start would empty the take's curve.
+    /// The graph plots something else. That changes layout and y range and nothing more: the stretch in view
+    /// stays, and so do the points, during a session and behind it. A new start would empty the curve.
     void displayChanged();
     /// Fits the x range to all data.
     void modeAutoresize();
@@ -135,14 +141,15 @@ public Q_SLOTS:
     void overflow(quint64 lost);
     /// Takes the areas that the deck shall show, and lays them over its sample.
     void refreshListManagePhrasing();
-    /// Draws the pictures of the deck's sample anew: it or the areas have changed.
+    /// The deck's sample or the areas have changed. The pictures of a new sample are drawn at once, what the
+    /// areas change in them in between the events that follow.
     void generateWavPhrasing();
     /// Ask for a name in a dialog of the deck, one at a time, and write the areas into a file of the colour
     /// menu.
     void saveToColorFileA();
     void saveToColorFileB();
     /// Writes the areas into a new file. One that exists stays, and a message says so. `showMsg`: the colour
-    /// menu and the user are told.
+    /// menu is told of a file that it can read, and the user of what came of it.
     void createGRPXML(QString pathFilename, bool showMsg);
     void createGRPXML(QString pathFilename);
     /// The same for a bare name without extension, in the colour folder.
@@ -166,6 +173,8 @@ protected:
 private:
     double beatLength() const;
     double sampleRate() const;
+    void chooseWindow();
+    FrameRange rangeInSight() const;
     void retranslate();
     void setTagNumber(int number);
     /// Asks for a range on the user's behalf and tells what came of it.
@@ -192,6 +201,8 @@ private:
     /// The logo on it is opaque: what lies below it isn't filled first.
     void drawGround(QPainter& painter, bool logo);
     void scaleLogo(double ratio);
+    void followNeedle(const CurvePoint& needle);
+    void wantWavePicture();
     void drawWave(QPainter& painter);
     void drawSideMarkers(QPainter& painter, const CurvePoint& main) const;
     void drawTagNumber(QPainter& painter) const;

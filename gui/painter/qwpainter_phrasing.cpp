@@ -17,6 +17,8 @@
 #include "state/pathfile.h"
 #include "state/singleton.h"
 
+#include <QDir>
+
 void QWPainter::refreshListManagePhrasing() {
     m_colorAreas->setListPhrasing(Singleton::instance().phrasing()->listPhrasing(m_deckName));
     generateWavPhrasing();
@@ -68,14 +70,24 @@ void QWPainter::createGRPXML(QString pathFilename) {
 }
 
 void QWPainter::createGRPXML(QString pathFilename, bool showMsg) {
-    if (saveGRPFile(pathFilename, m_colorAreas->listPhrasing()) == PhrasingSave::Exists) {
+    const PhrasingSave result = saveGRPFile(pathFilename, m_colorAreas->listPhrasing());
+    if (result == PhrasingSave::Exists) {
         showMessage(this, QMessageBox::Information, tr("File already imported !"));
         return;
     }
-    // What couldn't be written is passed over: whoever reads the file finds none.
-    if (showMsg) {
-        Q_EMIT s_newColorFile(pathFilename);
-        showMessage(this, QMessageBox::Information,
-                    tr("New file has been created and loaded into color tab !!"), QMessageBox::Yes);
+    if (!showMsg) {
+        return;
     }
+    if (result != PhrasingSave::Saved) {
+        showMessage(this, QMessageBox::Warning,
+                    tr("Could not be written: %1").arg(QDir::toNativeSeparators(pathFilename)));
+        return;
+    }
+    if (readGRPFile(pathFilename) == nullptr) { // areas of a file that was made by hand, and a key upon them
+        showMessage(this, QMessageBox::Information, tr("Non-compliant file !"));
+        return;
+    }
+    Q_EMIT s_newColorFile(pathFilename);
+    showMessage(this, QMessageBox::Information, tr("New file has been created and loaded into color tab !!"),
+                QMessageBox::Yes);
 }

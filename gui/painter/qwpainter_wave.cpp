@@ -10,6 +10,7 @@
 #include "phrasing/managephrasing.h"
 #include "state/mode.h"
 #include "state/recordingloopertraining.h"
+#include "state/time.h"
 
 #include <QPainter>
 
@@ -23,6 +24,24 @@ void drawMarker(QPainter& painter, const QRectF& marker, ModelGraph::EnumGraph i
 }
 
 } // namespace
+
+void QWPainter::followNeedle(const CurvePoint& needle) {
+    if (int index = -1; m_colorAreas->areaAt(needle.angle, index) != nullptr) {
+        m_currentArea = index; // stays while the needle is outside all areas
+    }
+}
+
+void QWPainter::wantWavePicture() {
+    if (m_wavePainter->hasWave() && m_mode.displayMode() == ModelDisplay::PHRASING) {
+        followNeedle(needleAt(*m_mainCurve, m_time.cursor(m_deckName), m_mode.modeRun()));
+        m_wavePainter->want(m_currentArea);
+    }
+}
+
+void QWPainter::finishWavePictures() {
+    wantWavePicture();
+    m_wavePainter->finish();
+}
 
 void QWPainter::drawWave(QPainter& painter) {
     if (!m_wavePainter->hasWave()) {
@@ -40,9 +59,7 @@ void QWPainter::drawWave(QPainter& painter) {
         drawMarker(painter, normalMarker(m_layout), m_deckName);
         break;
     case ModelDisplay::PHRASING:
-        if (int index = -1; m_colorAreas->areaAt(main.angle, index) != nullptr) {
-            m_currentArea = index; // stays while the needle is outside all areas
-        }
+        followNeedle(main);
         m_waveBars.drawUpright(painter, m_wavePainter->areaWaveImage(m_currentArea),
                                waveSideBar(m_layout, width()));
         drawSideMarkers(painter, main);

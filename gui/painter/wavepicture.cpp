@@ -7,44 +7,59 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <set>
 
 namespace {
 
 constexpr int rows = wavePictureHeight / 2; // on either side of the middle
 constexpr double opacity = 0.3;             // of one sample's bar
 
-/// A stretch of samples of one colour.
-struct Run {
-    std::int64_t first;
-    std::int64_t end;
-    QRgb color;
-};
-
 /// The samples as runs, rising and without gaps.
-std::vector<Run> runsOf(std::int64_t first, std::int64_t end, const std::vector<WaveSegment>& segments,
-                        QRgb color) {
-    if (first >= end) {
-        return {};
-    }
-    std::vector<std::int64_t> edges{first, end};
-    for (const WaveSegment& segment : segments) {
-        for (const std::int64_t edge : {segment.first, segment.end}) {
-            if (edge > first && edge < end) {
-                edges.push_back(edge);
-            }
+std::vector<WaveRun> runsOf(std::int64_t first, std::int64_t end, const std::vector<WaveSegment>& segments,
+                            QRgb color) {
+    struct Edge {
+        std::int64_t at;
+        std::size_t segment;
+    };
+    std::vector<Edge> edges; // two a segment
+    for (std::size_t i = 0; i < segments.size(); ++i) {
+        const std::int64_t from = std::max<std::int64_t>(segments[i].first, first);
+        const std::int64_t to = std::min<std::int64_t>(segments[i].end, end);
+        if (from < to) {
+            edges.push_back({from, i});
+            edges.push_back({to, i});
         }
     }
-    std::sort(edges.begin(), edges.end());
-    edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
-    std::vector<Run> runs;
-    for (std::size_t i = 0; i + 1 < edges.size(); ++i) {
-        const auto holder =
-            std::find_if(segments.begin(), segments.end(), [sample = edges[i]](const WaveSegment& s) {
-                return sample >= s.first && sample < s.end;
-            });
-        runs.push_back({edges[i], edges[i + 1], holder == segments.end() ? color : holder->color.rgb()});
+    std::sort(edges.begin(), edges.end(), [](const Edge& a, const Edge& b) { return a.at < b.at; });
+    std::vector<WaveRun> runs;
+    std::set<std::size_t> holders; // of the samples at `at`: the first one in the list counts
+    auto edge = edges.cbegin();
+    for (std::int64_t at = first; at < end;) {
+        for (; edge != edges.cend() && edge->at == at; ++edge) {
+            if (!holders.insert(edge->segment).second) {
+                holders.erase(edge->segment); // its second edge
+            }
+        }
+        const std::int64_t stop = edge == edges.cend() ? end : edge->at;
+        runs.push_back({at, stop, holders.empty() ? color : segments[*holders.begin()].color.rgb()});
+        at = stop;
     }
     return runs;
+}
+
+/// The same for a range that may lie outside the samples; none for a picture that stays empty.
+std::vector<WaveRun> drawnRuns(std::size_t samples, std::int64_t first, std::int64_t end,
+                               const std::vector<WaveSegment>& segments, const QColor& color) {
+    const auto size = std::int64_t(samples);
+    const std::int64_t from = std::clamp<std::int64_t>(first, 0, size);
+    const std::int64_t to = std::clamp<std::int64_t>(end, 0, size);
+    return to - from < 2 ? std::vector<WaveRun>() : runsOf(from, to, segments, color.rgb());
+}
+
+QImage emptyPicture() {
+    QImage image(wavePictureWidth, wavePictureHeight, QImage::Format_ARGB32);
+    image.fill(wavePictureGround);
+    return image;
 }
 
 /// What that many bars let through.
@@ -120,27 +135,8 @@ std::int64_t columnEnd(std::int64_t column, std::int64_t samples) {
     return std::max(columnStart(column + 1, samples), columnStart(column, samples) + 1);
 }
 
-void fill(QImage& image, std::span<const std::int16_t> samples, const std::vector<Run>& runs, double factor) {
-    const std::int64_t origin = runs.front().first;
-    const std::int64_t count = runs.back().end - origin;
-    auto* pixels = reinterpret_cast<QRgb*>(image.bits());
-    const std::ptrdiff_t stride = image.bytesPerLine() / 4;
-    auto run = runs.begin();
-    for (int x = 0; x < wavePictureWidth; ++x) {
-        const std::int64_t end = origin + columnEnd(x, count);
-        Column column;
-        for (std::int64_t at = origin + columnStart(x, count); at < end;) {
-            run = std::find_if(run->first <= at ? run : runs.begin(), runs.end(),
-                               [at](const Run& r) { return at < r.end; });
-            const std::int64_t stop = std::min(end, run->end);
-            column.add(samples.subspan(std::size_t(at), std::size_t(stop - at)), factor, run->color);
-            at = stop;
-        }
-        column.store(pixels, stride, x);
-    }
-}
-
-void join(QImage& image, std::span<const std::int16_t> samples, const std::vector<Run>& runs, double factor) {
+void join(QImage& image, std::span<const std::int16_t> samples, const std::vector<WaveRun>& runs,
+          double factor) {
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     const std::int64_t origin = runs.front().first;
@@ -148,7 +144,7 @@ void join(QImage& image, std::span<const std::int16_t> samples, const std::vecto
     const auto at = [&](std::int64_t i) {
         return QPointF(double(i - origin) * step, rows - double(samples[std::size_t(i)]) * factor);
     };
-    for (const Run& run : runs) {
+    for (const WaveRun& run : runs) {
         painter.setPen(QColor(run.color));
         for (std::int64_t i = std::max(run.first, origin + 1); i < run.end; ++i) {
             painter.drawLine(at(i - 1), at(i));
@@ -163,18 +159,50 @@ double waveFactor(const WaveData& wave) {
     return range > 0.0 ? wavePictureHeight / range : 1.0;
 }
 
+WavePictureDrawing::WavePictureDrawing(std::span<const std::int16_t> samples, std::int64_t first,
+                                       std::int64_t end, double factor,
+                                       const std::vector<WaveSegment>& segments, const QColor& color)
+    : m_samples(samples)
+    , m_factor(factor)
+    , m_runs(drawnRuns(samples.size(), first, end, segments, color))
+    , m_column(m_runs.empty() ? wavePictureWidth : 0)
+    , m_image(emptyPicture()) {}
+
+void WavePictureDrawing::drawColumn() {
+    const std::int64_t origin = m_runs.front().first;
+    const std::int64_t count = m_runs.back().end - origin;
+    std::int64_t at = origin + columnStart(m_column, count);
+    const std::int64_t end = origin + columnEnd(m_column, count);
+    while (m_runs[m_run].first > at) {
+        --m_run; // a column of few samples starts where the last one did
+    }
+    Column column;
+    while (at < end) {
+        while (m_runs[m_run].end <= at) {
+            ++m_run;
+        }
+        const std::int64_t stop = std::min(end, m_runs[m_run].end);
+        column.add(m_samples.subspan(std::size_t(at), std::size_t(stop - at)), m_factor, m_runs[m_run].color);
+        at = stop;
+    }
+    column.store(reinterpret_cast<QRgb*>(m_image.bits()), m_image.bytesPerLine() / 4, m_column);
+    ++m_column;
+}
+
 QImage wavePicture(std::span<const std::int16_t> samples, std::int64_t first, std::int64_t end, double factor,
                    const std::vector<WaveSegment>& segments, const QColor& color, WaveStyle style) {
-    QImage image(wavePictureWidth, wavePictureHeight, QImage::Format_ARGB32);
-    image.fill(wavePictureGround);
-    const auto size = std::int64_t(samples.size());
-    const auto runs = runsOf(std::clamp<std::int64_t>(first, 0, size), std::clamp<std::int64_t>(end, 0, size),
-                             segments, color.rgb());
-    if (runs.empty() || runs.back().end - runs.front().first < 2) {
+    if (style == WaveStyle::Line) {
+        QImage image = emptyPicture();
+        if (const auto runs = drawnRuns(samples.size(), first, end, segments, color); !runs.empty()) {
+            join(image, samples, runs, factor);
+        }
         return image;
     }
-    (style == WaveStyle::Filled ? fill : join)(image, samples, runs, factor);
-    return image;
+    WavePictureDrawing drawing(samples, first, end, factor, segments, color);
+    while (!drawing.complete()) {
+        drawing.drawColumn();
+    }
+    return drawing.image();
 }
 
 std::vector<WavePair> wavePairs(std::span<const std::int16_t> samples, double factor) {

@@ -27,6 +27,13 @@ enum class WaveStyle {
     Line    ///< from sample to sample
 };
 
+/// A stretch of samples of one colour.
+struct WaveRun {
+    std::int64_t first;
+    std::int64_t end; ///< behind the last one
+    QRgb color;
+};
+
 /// Pixels a unit of the wave: its whole range takes the height of the picture. 1 for a wave that is constant.
 double waveFactor(const WaveData& wave);
 
@@ -36,6 +43,29 @@ double waveFactor(const WaveData& wave);
 QImage wavePicture(std::span<const std::int16_t> samples, std::int64_t first, std::int64_t end, double factor,
                    const std::vector<WaveSegment>& segments, const QColor& color,
                    WaveStyle style = WaveStyle::Filled);
+
+/// The filled picture on its way: what wavePicture() draws in one go, column by column, for whoever has other
+/// things to do in between. The samples have to outlive it.
+class WavePictureDrawing {
+public:
+    /// As for wavePicture().
+    WavePictureDrawing(std::span<const std::int16_t> samples, std::int64_t first, std::int64_t end,
+                       double factor, const std::vector<WaveSegment>& segments, const QColor& color);
+    /// Whether all columns are there.
+    bool complete() const { return m_column == wavePictureWidth; }
+    /// Draws one more. The time grows with its samples, one in `wavePictureWidth` of all.
+    void drawColumn();
+    /// The picture; the columns to come are of the ground's colour.
+    const QImage& image() const { return m_image; }
+
+private:
+    std::span<const std::int16_t> m_samples;
+    double m_factor;
+    std::vector<WaveRun> m_runs;
+    std::size_t m_run = 0; ///< that of the next sample, or one behind it
+    int m_column = 0;      ///< the next one
+    QImage m_image;
+};
 
 /// For each column of a picture of all samples its last sample's value, below and above the middle; none for
 /// fewer than two samples.

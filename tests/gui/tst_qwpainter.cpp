@@ -107,18 +107,51 @@ private Q_SLOTS:
         deck.graph.initStart();
         QCOMPARE(start.count(), 2);
     }
-    void theCursorRunsWithTheWallClock() {
+    void theCursorRunsWithTheClock() {
         DeckGraph deck;
         mode().modeRun_on();
         clocks().setStartNow(ModelGraph::INPUT_DECKA);
+        clocks().advanceFrame(ModelGraph::INPUT_DECKA);
         const double earliest = clocks().startTime(ModelGraph::INPUT_DECKA);
         QTest::qWait(30);
         deck.graph.refresh();
         const double cursor = clocks().cursor(ModelGraph::INPUT_DECKA);
-        const double latest = clocks().msecsNow();
-        QVERIFY(cursor > 0.0 || latest < earliest); // midnight may pass
-        QVERIFY(cursor <= 48.0 * (latest - earliest));
+        QVERIFY(cursor >= 48.0 * 30.0 - 48.0); // a millisecond for the timer's cut
+        QVERIFY(cursor <= 48.0 * (Time::msecsNow() - earliest));
         QCOMPARE(cursor, std::trunc(cursor));
+    }
+    void beforeItsFirstBufferADeckIsAtZeroWhateverTheOtherOneDoes() {
+        DeckGraph a(ModelGraph::INPUT_DECKA);
+        DeckGraph b(ModelGraph::INPUT_DECKB);
+        for (const auto deck : {ModelGraph::INPUT_DECKA, ModelGraph::INPUT_DECKB}) {
+            clocks().setStartNow(deck);
+        }
+        b.setCursor(777.0);
+        clocks().advanceFrame(ModelGraph::INPUT_DECKA);
+        mode().modeRun_on();
+        double before = 0.0;
+        for (int pulse = 0; pulse < 3; ++pulse) {
+            QTest::qWait(5);
+            a.graph.refresh();
+            b.graph.refresh();
+            QCOMPARE(clocks().cursor(ModelGraph::INPUT_DECKB), 0.0);
+            const double cursor = clocks().cursor(ModelGraph::INPUT_DECKA);
+            QVERIFY(cursor > before);
+            before = cursor;
+        }
+        clocks().setStartNow(ModelGraph::INPUT_DECKB); // as its first buffer does
+        clocks().advanceFrame(ModelGraph::INPUT_DECKB);
+        QTest::qWait(5);
+        b.graph.refresh();
+        QVERIFY(clocks().cursor(ModelGraph::INPUT_DECKB) > 0.0);
+    }
+    void aStoppedScrollDoesntKeepAnOldCursorOfADeckThatHasReceivedNothing() {
+        DeckGraph deck;
+        deck.setCursor(1234.0);
+        mode().modeRun_on();
+        mode().modeGraphicScrollStop_on();
+        deck.graph.refresh();
+        QCOMPARE(clocks().cursor(ModelGraph::INPUT_DECKA), 0.0);
     }
     void theCursorStandsWithoutARun() {
         DeckGraph deck;
@@ -129,6 +162,7 @@ private Q_SLOTS:
     void theCursorStandsWhileTheScrollIsStopped() {
         DeckGraph deck;
         deck.setCursor(1234.0);
+        clocks().advanceFrame(ModelGraph::INPUT_DECKA);
         mode().modeRun_on();
         mode().modeGraphicScrollStop_on();
         deck.graph.refresh();

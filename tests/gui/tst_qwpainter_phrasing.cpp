@@ -9,6 +9,8 @@
 #include "phrasing/phrasingfile.h"
 #include "phrasing/wavphrasing.h"
 #include "state/pathfile.h"
+#include "state/vinyl.h"
+#include "support/fulldisk.h"
 #include "support/phrasingareas.h"
 #include "support/testmain.h"
 
@@ -25,6 +27,7 @@
 #include <QTimer>
 
 #include <cstdlib>
+#include <optional>
 
 namespace {
 
@@ -188,12 +191,56 @@ private Q_SLOTS:
         QCOMPARE(made.count(), 0);
         QCOMPARE(contentOf(path), QByteArray("something else"));
     }
-    void aPlaceThatCantBeWrittenIsPassedOver() {
+    void whatCantBeWrittenIsToldWithItsPath_data() {
+        QTest::addColumn<bool>("fullDisk");
+        QTest::newRow("no such folder") << false;
+        QTest::newRow("full disk") << true;
+    }
+    void whatCantBeWrittenIsToldWithItsPath() {
+        QFETCH(bool, fullDisk);
+        const QTemporaryDir folder;
+        const QString path =
+            folder.filePath(fullDisk ? QStringLiteral("mine.grp") : QStringLiteral("no/mine.grp"));
         DeckGraph a;
+        giveAreas(a.graph);
         QSignalSpy made(&a.graph, &QWPainter::s_newColorFile);
-        const Messages said([&] { a.graph.createGRPXML(QStringLiteral("/nowhere/mine.grp")); });
+        const std::optional<FullDisk> disk = fullDisk ? std::make_optional<FullDisk>(16) : std::nullopt;
+        QVERIFY(!disk || disk->isSet());
+        const Messages said([&] { a.graph.createGRPXML(path); });
+        QCOMPARE(said.texts.size(), 1);
+        QVERIFY(said.texts[0] != created);
+        QVERIFY2(said.texts[0].contains(path), qPrintable(said.texts[0]));
+        QVERIFY(said.onTopWithoutAFrame);
+        QVERIFY(said.inTheMiddle);
+        QCOMPARE(made.count(), 0);
+        QVERIFY(!QFile::exists(path)); // nor half a file
+        const Messages silent([&] { a.graph.createGRPXML(path, false); });
+        QVERIFY(silent.texts.isEmpty());
+    }
+    void areasThatCantBeReadBackAreKeptButNotCalledLoaded() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("mine.grp"));
+        DeckGraph a;
+        a.graph.colorAreas()->setListPhrasing({area(0.0, 90.0), area(45.0, 180.0)});
+        QSignalSpy made(&a.graph, &QWPainter::s_newColorFile);
+        const Messages said([&] { a.graph.createGRPXML(path); });
+        QCOMPARE(said.texts, QStringList{QStringLiteral("Non-compliant file !")});
+        QCOMPARE(made.count(), 0);
+        QVERIFY(contentOf(path).contains("angleEnd=\"180\""));
+    }
+    // The second press of the key at rest once made an area that no file gives back.
+    void twoPressesAtRestMakeAFileThatReadsBack() {
+        DeckGraph a;
+        Singleton::instance().vinyl()->setAngle(ModelGraph::INPUT_DECKA, 90.0);
+        a.graph.colorAreas()->addArea();
+        a.graph.colorAreas()->addArea();
+        QSignalSpy made(&a.graph, &QWPainter::s_newColorFile);
+        const Messages said([&] { a.graph.createGRPXMLFromDlg(QStringLiteral("two")); });
         QCOMPARE(said.texts, QStringList{created});
         QCOMPARE(made.count(), 1);
+        const auto read = readGRPFile(pathColor(QStringLiteral("two.grp")));
+        QVERIFY(read != nullptr);
+        QCOMPARE(read->listPhrasing().size(), 1);
     }
     void aNameFromTheDialogGoesIntoTheColourFolder() {
         DeckGraph a;

@@ -365,27 +365,36 @@ private Q_SLOTS:
         w.view->playSound();
         QCOMPARE(record.count(), 1);
     }
-    void theDisplayModeIsToldAndTheGraphsStartAnew() {
+    void theDisplayModeIsTold() {
         Window w;
         QSignalSpy told(w.view, &QWView::s_UpdateMode);
-        QSignalSpy startA(w.view->painterDeckA(), &QWPainter::s_InitStart);
-        QSignalSpy startB(w.view->painterDeckB(), &QWPainter::s_InitStart);
         mode().setDisplayMode(ModelDisplay::DRUMMING);
         QCOMPARE(told.count(), 1);
-        QCOMPARE(startA.count(), 1);
-        QCOMPARE(startB.count(), 1);
+    }
+    void anotherDisplayIsNoStart_data() {
+        QTest::addColumn<bool>("running");
+        QTest::newRow("during a session") << true;
+        QTest::newRow("behind one") << false;
     }
     // A start would empty the curve of the take.
-    void duringASessionAnotherDisplayIsNoStart() {
+    void anotherDisplayIsNoStart() {
+        QFETCH(bool, running);
         Window w;
-        mode().modeRun_on();
-        QSignalSpy startA(w.view->painterDeckA(), &QWPainter::s_InitStart);
-        const GraphRange before = w.view->painterDeckA()->xRange();
-        const GraphRange y = w.view->painterDeckA()->yRange();
-        mode().setDisplayMode(ModelDisplay::PHRASING);
-        QCOMPARE(startA.count(), 0);
-        QCOMPARE(w.view->painterDeckA()->xRange(), before);
-        QCOMPARE(w.view->painterDeckA()->yRange(), initialYRange(y, ModelDisplay::PHRASING));
+        if (running) {
+            mode().modeRun_on();
+        }
+        for (QWPainter* graph : {w.view->painterDeckA(), w.view->painterDeckB()}) {
+            QSignalSpy start(graph, &QWPainter::s_InitStart);
+            graph->setXRange({100000, 900000});
+            for (const auto display :
+                 {ModelDisplay::PHRASING, ModelDisplay::DRUMMING, ModelDisplay::NORMAL}) {
+                const GraphRange y = graph->yRange();
+                mode().setDisplayMode(display);
+                QCOMPARE(start.count(), 0);
+                QCOMPARE(graph->xRange(), (GraphRange{100000.0, 900000.0}));
+                QCOMPARE(graph->yRange(), initialYRange(y, display));
+            }
+        }
         mode().modeRun_off();
     }
     void anotherRateChangesTheBeatAndTheRange() {

@@ -106,16 +106,18 @@ private Q_SLOTS:
     }
 
     // A deck's clock counts frames and starts anew now and then; the GUI reads it, moves the cursor and looks
-    // at the wall clock, which the callback's start time leans on.
+    // at the clock that both take the deck's start from.
     void clocksRunOn() {
         Time time;
         const std::uint64_t grid = writes / 8;
         std::atomic<std::uint64_t> grids{0};
         std::atomic<bool> ended{false};
+        const double begin = Time::msecsNow();
+        time.setStartNow(deckA);
         std::thread callback([&] {
             for (std::uint64_t i = 0; i < writes; ++i) {
                 if (i % grid == 0) {
-                    time.setStartNowRealtime(deckA);
+                    time.setStartNow(deckA);
                     time.clearCursor(deckA);
                     time.clearFrameCounter(deckA);
                     grids.fetch_add(1, std::memory_order_release);
@@ -144,9 +146,9 @@ private Q_SLOTS:
             backward += b < lastB ? 1U : 0U;
             lastB = b;
             beyond += a > double(grid) || b > double(writes) ? 1U : 0U;
-            wrongStart += time.startTime(deckA) < 0.0 || time.startTime(deckA) > 86400000.0 ? 1U : 0U;
+            const double start = time.startTime(deckA);
+            wrongStart += start < begin || start > Time::msecsNow() ? 1U : 0U;
             time.setCursor(deckA, a);
-            time.msecsNow();
         }
         callback.join();
         QCOMPARE(backward, std::uint64_t{0});

@@ -85,6 +85,7 @@ bool TakePicture::load() {
         return false;
     }
     placeCursor();
+    m_graph->finishWavePictures();
     return true;
 }
 

@@ -98,13 +98,13 @@ private Q_SLOTS:
         clock_().setFrameCounter(deckA, 500.0);
         clock_().setFrameCounter(deckB, 600.0);
         clock_().setCursor(deckB, 77.0);
-        const double before = clock_().msecsNow();
+        const double before = Time::msecsNow();
         process(decks, NumberedBuffer(64, 6));
         QVERIFY(decks.state.started);
         QCOMPARE(clock_().frameCounter(deckA), 64.0);
         QCOMPARE(clock_().frameCounter(deckB), 64.0);
         QCOMPARE(clock_().cursor(deckB), 0.0);
-        QVERIFY(clock_().startTime(deckA) >= before - 1.0 || clock_().msecsNow() < before);
+        QVERIFY(clock_().startTime(deckA) >= before);
         process(decks, NumberedBuffer(64, 6));
         QCOMPARE(clock_().frameCounter(deckA), 128.0); // and only once
     }

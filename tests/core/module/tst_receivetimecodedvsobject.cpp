@@ -534,12 +534,12 @@ private Q_SLOTS:
         shared().timecode()->setPositionDelta(deckB, 6.0);
         const double trackedX = deck.decoder.state().filter.trackedX;
         const double speed = deck.decoder.state().timecoder.pitch->v;
-        const double before = time.msecsNow();
+        const double before = Time::msecsNow();
         deck.decoder.updateBPM();
         const DeckState& state = deck.decoder.state();
         QCOMPARE(time.cursor(deckA), 0.0);
         QCOMPARE(time.frameCounter(deckA), 0.0);
-        QVERIFY(time.startTime(deckA) >= before - 1.0 || time.msecsNow() < before);
+        QVERIFY(time.startTime(deckA) >= before);
         QCOMPARE(time.cursor(deckB), 66.0);
         QCOMPARE(time.frameCounter(deckB), 77.0);
         QCOMPARE(shared().timecode()->positionDelta(deckA), 0.0);

@@ -177,11 +177,37 @@ private Q_SLOTS:
         QCOMPARE(endsOf(deck), (Ends{{0.0, 45.0}}));
     }
 
-    void addAreaAtTheEndOfAnAreaMakesANewOneThere() {
+    void aSecondPressAtRestChangesNothing() {
         Deck deck({area(0.0, 90.0)});
-        deck.at(90.0).addArea();
-        QCOMPARE(endsOf(deck), (Ends{{0.0, 90.0}, {90.0, 90.0}})); // of no size: not refused here
-        QVERIFY(!deck.isValid());
+        QSignalSpy updates(&deck, &ManagePhrasing::s_Update);
+        for (int press = 0; press < 3; ++press) {
+            deck.at(90.0).addArea(); // its end lies outside
+            QCOMPARE(endsOf(deck), (Ends{{0.0, 90.0}}));
+        }
+        for (int press = 0; press < 3; ++press) {
+            deck.at(45.0).addArea(); // the first one cuts
+            QCOMPARE(endsOf(deck), (Ends{{0.0, 45.0}}));
+        }
+        for (int press = 0; press < 3; ++press) {
+            deck.at(120.0).addArea(); // the first one makes an area
+            QCOMPARE(endsOf(deck), (Ends{{0.0, 45.0}, {45.0, 120.0}}));
+        }
+        QCOMPARE(updates.count(), 9);
+        QVERIFY(deck.isValid());
+    }
+
+    void atZeroThereIsNothingToEnd() {
+        Deck deck;
+        deck.at(0.0).addArea();
+        QVERIFY(deck.listPhrasing().isEmpty());
+    }
+
+    void anAreaThatStartsAtTheAngleIsntCutToNothing() {
+        Deck deck({area(0.0, 90.0)});
+        deck.at(45.0).defineAngleStart();
+        deck.at(45.0).addArea();
+        QCOMPARE(endsOf(deck), (Ends{{45.0, 90.0}}));
+        QVERIFY(deck.isValid());
     }
 
     void addAreaStartsAtTheGreatestEndBeforeItWhereverThatStands() {
@@ -230,10 +256,10 @@ private Q_SLOTS:
         QCOMPARE(endsOf(deck).constLast(), qMakePair(0.0, 100.0));
     }
 
-    void anAngleOnAnEmptyAreaFillsTheGapUpToIt() {
+    void aGapOfNoSizeIsNotFilled() {
         Deck deck({area(90.0, 90.0)}); // holds nothing, ends and starts at 90
         deck.at(90.0).addAreaOnAllEmptyArea();
-        QCOMPARE(endsOf(deck).constLast(), qMakePair(90.0, 90.0));
+        QCOMPARE(endsOf(deck), (Ends{{90.0, 90.0}}));
     }
 
     // ---- defineAngleStart, deleteArea, initAreas ----
@@ -413,12 +439,15 @@ private Q_SLOTS:
         QVERIFY(seen[0] > 2000 && seen[1] > 2000);
     }
 
-    void liveEditingKeepsAValidListValidUnlessAnAreaGotNoSize() {
+    void liveEditingKeepsAValidListValid() {
         QRandomGenerator random(23);
         for (int round = 0; round < 200; ++round) {
             Deck deck;
             for (int key = 0; key < 60; ++key) {
-                deck.at(random.generateDouble() * 360.0);
+                if (random.bounded(3) != 0) { // else the record rests, or comes back to where it was
+                    deck.at(random.bounded(4) * 90.0 +
+                            (random.bounded(2) == 0 ? random.generateDouble() : 0.0));
+                }
                 switch (random.bounded(4)) {
                 case 0:
                     deck.addAreaOnAllEmptyArea();
@@ -433,9 +462,7 @@ private Q_SLOTS:
                     deck.addArea();
                 }
             }
-            const bool allHaveASize = std::all_of(deck.listPhrasing().begin(), deck.listPhrasing().end(),
-                                                  [](const QPhrasingPtr& one) { return one->size() > 0.0; });
-            QCOMPARE(deck.isValid(), allHaveASize);
+            QVERIFY(deck.isValid());
         }
     }
 
