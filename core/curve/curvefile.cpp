@@ -1,6 +1,7 @@
 // The curve file: i32 tempo, i32 count, then 23 bytes a point, little-endian.
 
 #include "angle.h"
+#include "model/constants.h"
 #include "model/wholenumber.h"
 #include "qcurve.h"
 #include "state/recordingloopertraining.h"
@@ -53,6 +54,7 @@ bool QCurve::saveToPath(const QString& path) const {
 
 void QCurve::loadFromFile(const QString& fileName, bool loadBpm) {
     resetCurve();
+    m_points.renew(0);
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly)) {
         return;
@@ -62,13 +64,15 @@ void QCurve::loadFromFile(const QString& fileName, bool loadBpm) {
     qint32 bpm = 0;
     qint32 count = 0;
     stream >> bpm >> count;
-    if (loadBpm) {
+    if (loadBpm && bpm >= Constant::Tempo::lowest && bpm <= Constant::Tempo::highest) {
         m_recordingLooperTraining.setBpmValue(bpm);
     }
     const qint64 held = std::max<qint64>(0, (file.size() - headerBytes) / recordBytes);
     const bool trusted = count >= 0 && static_cast<std::size_t>(count) <= CurvePointStore::firstBlock;
-    const qint64 records = trusted ? count : held;
-    for (qint64 i = 0; i < records; ++i) {
+    const auto records = static_cast<std::size_t>(trusted ? count : held);
+    m_points.renew(records);
+    std::size_t read = 0;
+    for (; read < records && stream.status() == QDataStream::Ok; ++read) {
         qint32 time = 0;
         qint16 direction = 0;
         qint8 soundOn = 0;
@@ -78,7 +82,7 @@ void QCurve::loadFromFile(const QString& fileName, bool loadBpm) {
         point.angle = reducedAngle(point.rawAngle);
         point.direction = otherDirection(direction);
         point.soundOn = soundOn != 0;
-        m_points.prepare();
         m_points.append(point);
     }
+    m_points.appendZeros(records - read);
 }

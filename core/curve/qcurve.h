@@ -49,8 +49,10 @@ public:
     void saveToFile(const QString& baseName);
     /// The same to any path. False if it can't be opened or written.
     bool saveToPath(const QString& path) const;
-    /// Replaces the content. Points that the file promises and lacks read as zeros, up to one store block; a
-    /// count beyond that counts as what the file holds. `loadBpm` takes over the tempo.
+    /// Replaces the content; what the former one took of the memory is given back. Points that the file
+    /// promises and lacks read as zeros, up to one store block, and take no memory; a count beyond that
+    /// counts as what the file holds. `loadBpm` takes over the tempo, unless it lies outside 20 to 400. Not
+    /// while a stream feeds the store.
     void loadFromFile(const QString& fileName, bool loadBpm);
 
 public Q_SLOTS:
