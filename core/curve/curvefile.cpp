@@ -2,6 +2,7 @@
 
 #include "angle.h"
 #include "model/constants.h"
+#include "model/partfile.h"
 #include "model/wholenumber.h"
 #include "qcurve.h"
 #include "state/recordingloopertraining.h"
@@ -38,12 +39,13 @@ bool QCurve::saveToPath(const QString& path) const {
                << static_cast<qint16>(otherDirection(point.direction))
                << static_cast<qint8>(point.soundOn != 0);
     }
-    if (file.flush() && stream.status() == QDataStream::Ok) {
+    const bool flushed = file.flush() && stream.status() == QDataStream::Ok;
+    file.close();
+    if (flushed && file.error() == QFileDevice::NoError) {
         return true;
     }
     // A full disk: the count is put right, so that no reader takes the missing points for zeros.
-    file.close();
-    if (file.size() >= headerBytes && file.open(QIODevice::ReadWrite)) {
+    if (keepPart(file, headerBytes + recordBytes - 1) && file.open(QIODevice::ReadWrite)) {
         file.seek(headerBytes / 2);
         QDataStream count(&file);
         count.setByteOrder(QDataStream::LittleEndian);

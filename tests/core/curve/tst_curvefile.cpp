@@ -9,6 +9,7 @@
 
 #include <QFileInfo>
 #include <QRandomGenerator>
+#include <QSignalSpy>
 #include <QTest>
 #include <QtEndian>
 
@@ -123,6 +124,40 @@ private Q_SLOTS:
             QCOMPARE(all[i].time, double(i));
             QCOMPARE(all[i].position, 2.0 * double(i));
         }
+    }
+
+    void aFileWithoutAWholePointIsTakenAwayAgain_data() {
+        QTest::addColumn<int>("room");
+        QTest::newRow("no byte") << 0;
+        QTest::newRow("a part of the header") << 5;
+        QTest::newRow("the header") << 8;
+        QTest::newRow("less than a point") << 30;
+    }
+    void aFileWithoutAWholePointIsTakenAwayAgain() {
+        QFETCH(int, room);
+        Fixture f;
+        for (int i = 0; i < 2000; ++i) {
+            f.store.append(point(i, 2.0 * i, 0.25 * i, 0, true));
+        }
+        const QString name = newFile();
+        {
+            const FullDisk disk{rlim_t(room)};
+            QVERIFY(disk.isSet());
+            QVERIFY(!f.curve->saveToPath(name));
+        }
+        QVERIFY(!QFile::exists(name));
+    }
+
+    void aCurveThatCantBeSavedIsToldWithItsPath() {
+        Fixture f;
+        f.store.append(point(1.0, 2.0, 3.0, 0, true));
+        QSignalSpy told(f.curve.get(), &QCurve::s_NotWritten);
+        f.curve->saveToFile(u"written"_s);
+        QCOMPARE(told.count(), 0);
+        const QDir folder(Singleton::instance().pathFile()->pathDirectoryRecording());
+        QVERIFY(folder.mkdir(u"in the way.grw"_s));
+        f.curve->saveToFile(u"in the way"_s);
+        QCOMPARE(told, QList<QVariantList>{{folder.filePath(u"in the way.grw"_s)}});
     }
 
     void theBytesOfASmallFile() {
