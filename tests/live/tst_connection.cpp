@@ -5,8 +5,8 @@
 #include "button/qdled.h"
 #include "combobox/qcomboboxbpm.h"
 #include "curve/qcurve.h"
-#include "support/testmain.h"
 #include "module/inputcallback.h"
+#include "support/testmain.h"
 
 #include <QApplication>
 #include <QSplashScreen>

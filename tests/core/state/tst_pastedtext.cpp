@@ -1,4 +1,5 @@
 #include "state/pastedtext.h"
+#include "support/testmain.h"
 
 #include <QTest>
 
@@ -69,5 +70,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_PastedText)
+GRAMO_TEST_APPLESS_MAIN(tst_PastedText)
 #include "tst_pastedtext.moc"
