@@ -5,24 +5,11 @@
 #include "phrasing/wavesegments.h"
 #include "state/pathfile.h"
 
-#include <QTemporaryDir>
-
-#include <cstdint>
-#include <cstdlib>
-
-namespace {
-
-void demand(bool truth) {
-    if (!truth) {
-        std::abort();
-    }
-}
-
-} // namespace
+#include "fuzzfile.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const QTemporaryDir folder; // without scratch tools
-    static const bool once = (useDataFolder(folder.path()), true);
+    static const FuzzFile folder; // without scratch tools
+    static const bool once = (useDataFolder(folder.folder()), true);
     demand(once);
 
     const QByteArray content(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));

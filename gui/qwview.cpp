@@ -27,7 +27,7 @@
 
 namespace {
 
-constexpr int recordersFinishMs = 250;
+constexpr int lastPointsMs = 250;
 
 // The curve of a deck that takes part in the recording. A deck without a device has no file name, and a
 // nameless file would stray; one whose device was silent has nothing to save.
@@ -199,7 +199,7 @@ void QWView::exportFile() {
     if (!mode.modeRecorder()) {
         return;
     }
-    QThread::msleep(recordersFinishMs);
+    QThread::msleep(lastPointsMs);
     const ModelInput::EnumInput input = mode.inputMode();
     if (input != ModelInput::TEXT_B) {
         saveCurve(*m_painterDeckA, shared.pathFile()->fileDeckA());

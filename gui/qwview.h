@@ -47,8 +47,9 @@ public Q_SLOTS:
     void createContexteMenu();
     /// A graph has fitted its range without a session: once is enough.
     void endAutoresize();
-    /// Writes out what a recorded session produced. Waits a quarter of a second for the recorders; without a
-    /// recording it does nothing and doesn't wait.
+    /// Writes out the curves of a recorded session. Its streams have been ended, and their takes aren't
+    /// written yet. Waits a quarter of a second for the last points of a stream that didn't come back in
+    /// time; without a recording it does nothing and doesn't wait.
     void exportFile();
     /// The deck's sample rate or the tempo has changed.
     void updateBpmSamplerate(ModelGraph::EnumGraph name);

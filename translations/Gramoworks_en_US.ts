@@ -77,6 +77,10 @@
         <translation>Out of memory: %1 samples lost</translation>
     </message>
     <message>
+        <source>Not written: %1</source>
+        <translation>Not written: %1</translation>
+    </message>
+    <message>
         <source>No sound from the device</source>
         <translation>No sound from the device</translation>
     </message>

@@ -77,6 +77,10 @@
         <translation>Memoria llena: %1 muestras perdidas</translation>
     </message>
     <message>
+        <source>Not written: %1</source>
+        <translation>No se ha guardado: %1</translation>
+    </message>
+    <message>
         <source>No sound from the device</source>
         <translation>No llega sonido del dispositivo</translation>
     </message>

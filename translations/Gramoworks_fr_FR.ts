@@ -77,6 +77,10 @@
         <translation>Mémoire pleine : %1 échantillons perdus</translation>
     </message>
     <message>
+        <source>Not written: %1</source>
+        <translation>Non enregistré : %1</translation>
+    </message>
+    <message>
         <source>No sound from the device</source>
         <translation>Aucun son ne vient de l’appareil</translation>
     </message>

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 
 #ifdef __linux__
 #include <sys/mman.h>
@@ -37,6 +38,12 @@ void back(void* from, std::size_t bytes) {
     madvise(reinterpret_cast<void*>(begin), end - begin, MADV_POPULATE_WRITE);
 }
 
+void discard(void* from, std::size_t bytes) {
+    if (madvise(from, bytes, MADV_DONTNEED) != 0) {
+        std::memset(from, 0, bytes);
+    }
+}
+
 #else
 
 void* make(std::size_t bytes) {
@@ -48,6 +55,10 @@ void release(void* block, std::size_t) {
 }
 
 void back(void*, std::size_t) {}
+
+void discard(void* from, std::size_t bytes) {
+    std::memset(from, 0, bytes);
+}
 
 #endif
 

@@ -1,6 +1,8 @@
 // The curve file: i32 tempo, i32 count, then 23 bytes a point, little-endian.
 
 #include "angle.h"
+#include "model/constants.h"
+#include "model/partfile.h"
 #include "model/wholenumber.h"
 #include "qcurve.h"
 #include "state/recordingloopertraining.h"
@@ -37,12 +39,13 @@ bool QCurve::saveToPath(const QString& path) const {
                << static_cast<qint16>(otherDirection(point.direction))
                << static_cast<qint8>(point.soundOn != 0);
     }
-    if (file.flush() && stream.status() == QDataStream::Ok) {
+    const bool flushed = file.flush() && stream.status() == QDataStream::Ok;
+    file.close();
+    if (flushed && file.error() == QFileDevice::NoError) {
         return true;
     }
     // A full disk: the count is put right, so that no reader takes the missing points for zeros.
-    file.close();
-    if (file.size() >= headerBytes && file.open(QIODevice::ReadWrite)) {
+    if (keepPart(file, headerBytes + recordBytes - 1) && file.open(QIODevice::ReadWrite)) {
         file.seek(headerBytes / 2);
         QDataStream count(&file);
         count.setByteOrder(QDataStream::LittleEndian);
@@ -53,6 +56,7 @@ bool QCurve::saveToPath(const QString& path) const {
 
 void QCurve::loadFromFile(const QString& fileName, bool loadBpm) {
     resetCurve();
+    m_points.renew(0);
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly)) {
         return;
@@ -62,13 +66,15 @@ void QCurve::loadFromFile(const QString& fileName, bool loadBpm) {
     qint32 bpm = 0;
     qint32 count = 0;
     stream >> bpm >> count;
-    if (loadBpm) {
+    if (loadBpm && bpm >= Constant::Tempo::lowest && bpm <= Constant::Tempo::highest) {
         m_recordingLooperTraining.setBpmValue(bpm);
     }
     const qint64 held = std::max<qint64>(0, (file.size() - headerBytes) / recordBytes);
     const bool trusted = count >= 0 && static_cast<std::size_t>(count) <= CurvePointStore::firstBlock;
-    const qint64 records = trusted ? count : held;
-    for (qint64 i = 0; i < records; ++i) {
+    const auto records = static_cast<std::size_t>(trusted ? count : held);
+    m_points.renew(records);
+    std::size_t read = 0;
+    for (; read < records && stream.status() == QDataStream::Ok; ++read) {
         qint32 time = 0;
         qint16 direction = 0;
         qint8 soundOn = 0;
@@ -78,7 +84,7 @@ void QCurve::loadFromFile(const QString& fileName, bool loadBpm) {
         point.angle = reducedAngle(point.rawAngle);
         point.direction = otherDirection(direction);
         point.soundOn = soundOn != 0;
-        m_points.prepare();
         m_points.append(point);
     }
+    m_points.appendZeros(records - read);
 }

@@ -3,6 +3,7 @@
 #include "blockmemory.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace {
 
@@ -42,7 +43,7 @@ void CurvePointStore::reserve() {
 }
 
 void CurvePointStore::prepare() {
-    const auto end = static_cast<std::size_t>(m_range.load(std::memory_order_acquire) & 0xFFFFFFFFU);
+    const auto end = endOf(m_range.load(std::memory_order_acquire));
     while (end + blockMargin > capacityOf(m_made) && makeBlock()) {
     }
     if (m_touched >= std::min(end + touchAhead / 2, capacityOf(m_made))) {
@@ -65,9 +66,27 @@ void CurvePointStore::clear() {
     if (m_live) {
         m_clearRequested.store(true, std::memory_order_release);
     } else {
+        m_touched = std::max(m_touched, endOf(m_range.load(std::memory_order_relaxed)));
         m_range.store(0, std::memory_order_release);
         m_clearRequested.store(false, std::memory_order_relaxed);
     }
+}
+
+void CurvePointStore::renew(std::size_t points) {
+    assert(!m_live);
+    clear();
+    for (std::size_t block = 0; block < m_made && capacityOf(block) < m_touched; ++block) {
+        BlockMemory::discard(m_blocks[block].load(std::memory_order_relaxed), bytesOf(block));
+    }
+    m_touched = 0;
+    while (capacityOf(m_made) < points && makeBlock()) {
+    }
+}
+
+void CurvePointStore::appendZeros(std::size_t count) {
+    const Range now = m_range.load(std::memory_order_relaxed);
+    const std::size_t room = capacityOf(m_made) - endOf(now);
+    m_range.store(now + std::min(count, room), std::memory_order_release);
 }
 
 void CurvePointStore::setLive(bool live) {
@@ -82,7 +101,7 @@ bool CurvePointStore::append(const CurvePoint& point) {
         restart();
     }
     const Range now = m_range.load(std::memory_order_relaxed);
-    const auto end = static_cast<std::size_t>(now & 0xFFFFFFFFU);
+    const auto end = endOf(now);
     const std::size_t block = blockOf(end);
     CurvePoint* base = block < maxBlocks ? m_blocks[block].load(std::memory_order_acquire) : nullptr;
     if (base == nullptr) {
@@ -105,5 +124,5 @@ CurvePointStore::View CurvePointStore::view() const {
         return {this, 0, 0};
     }
     const Range now = m_range.load(std::memory_order_acquire);
-    return {this, static_cast<std::size_t>(now >> 32), static_cast<std::size_t>(now & 0xFFFFFFFFU)};
+    return {this, static_cast<std::size_t>(now >> 32), endOf(now)};
 }

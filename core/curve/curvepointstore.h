@@ -53,6 +53,12 @@ public:
     /// Empties the curve; the memory stays. While live, readers see it empty at once and the producer lets
     /// go of the old points at its next append.
     void clear();
+    /// Empties the curve, gives its memory back and makes room for `points`, as far as the system has it. For
+    /// whoever fills the store from a file: appending needs no prepare then. Not while live.
+    void renew(std::size_t points);
+    /// Appends `count` zero points, as many as there is room for. They take no memory: only after a renew and
+    /// the appends that follow it, as what lies behind is still untouched.
+    void appendZeros(std::size_t count);
     /// Says whether a stream's callback is the producer. Not while that callback runs.
     void setLive(bool live);
     bool isLive() const { return m_live; }
@@ -84,6 +90,7 @@ private:
     using Range = std::uint64_t; ///< first point in the high half, one past the last in the low half
     static constexpr Range range(std::uint64_t begin, std::uint64_t end) { return begin << 32 | end; }
 
+    static constexpr std::size_t endOf(Range range) { return static_cast<std::size_t>(range & 0xFFFFFFFFU); }
     static std::size_t blockOf(std::size_t index) {
         return index < firstBlock ? 0 : 1 + ((index - firstBlock) >> blockShift);
     }

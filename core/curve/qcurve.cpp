@@ -76,7 +76,11 @@ void QCurve::minMaxPosition(std::int32_t timeFrom, std::int32_t timeTo, double& 
 }
 
 void QCurve::saveToFile(const QString& baseName) {
-    saveToPath(QDir(m_pathFile.pathDirectoryRecording()).filePath(QStringLiteral("%1.grw").arg(baseName)));
+    const QDir folder(m_pathFile.pathDirectoryRecording());
+    const QString path = folder.filePath(QStringLiteral("%1.grw").arg(baseName));
+    if (!saveToPath(path)) {
+        Q_EMIT s_NotWritten(path);
+    }
 }
 
 void QCurve::initStartTimecode() {

@@ -44,14 +44,21 @@ public:
     /// since.
     void minMaxPosition(std::int32_t timeFrom, std::int32_t timeTo, double& min, double& max, bool& found);
 
-    /// Writes "<recording folder>/<baseName>.grw": tempo, count and 23 bytes a point. In silence where the
-    /// file can't be opened.
+    /// Writes "<recording folder>/<baseName>.grw": tempo, count and 23 bytes a point. Tells with
+    /// s_NotWritten where that fails.
     void saveToFile(const QString& baseName);
-    /// The same to any path. False if it can't be opened or written.
+    /// The same to any path. False if it can't be opened or written; a file without a whole point is taken
+    /// away again.
     bool saveToPath(const QString& path) const;
-    /// Replaces the content. Points that the file promises and lacks read as zeros, up to one store block; a
-    /// count beyond that counts as what the file holds. `loadBpm` takes over the tempo.
+    /// Replaces the content; what the former one took of the memory is given back. Points that the file
+    /// promises and lacks read as zeros, up to one store block, and take no memory; a count beyond that
+    /// counts as what the file holds. `loadBpm` takes over the tempo, unless it lies outside 20 to 400. Not
+    /// while a stream feeds the store.
     void loadFromFile(const QString& fileName, bool loadBpm);
+
+Q_SIGNALS:
+    /// saveToFile couldn't write the curve, or not all of it, to this file.
+    void s_NotWritten(QString path);
 
 public Q_SLOTS:
     /// Joins the points taken before the first code to the first point with one. Not while a stream feeds the

@@ -16,6 +16,12 @@ inline constexpr int defaultChannels = 2;
 inline constexpr double secondsPerTurn = 1.8; ///< 33 1/3 rpm
 } // namespace Audio
 
+/// What a file may set, beats a minute.
+namespace Tempo {
+inline constexpr double lowest = 20.0;
+inline constexpr double highest = 400.0;
+} // namespace Tempo
+
 namespace File {
 inline constexpr auto config = "config.ini"_L1;
 inline constexpr auto mixer = "MixerWindows.ini"_L1;

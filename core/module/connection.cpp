@@ -171,7 +171,16 @@ void Connection::updatePlayStopIcon(bool status) {
         status ? QStringLiteral("pause_record-button.png") : QStringLiteral("pause-button.png"));
 }
 
+void Connection::endSession() {
+    Mode& mode = *Singleton::instance().mode();
+    if (mode.modeTraining()) {
+        mode.modeTraining_off();
+    }
+}
+
 void Connection::killApp() {
+    // Before the recorders stop by themselves: a session's end writes its files in their order.
+    QTimer::singleShot(0, this, &Connection::endSession);
     QTimer::singleShot(0, m_threadMidi->worker(), &WorkerMidiObject::stopRun);
     for (WorkerRecorderMultiChannelObject* worker : recorders()) {
         QTimer::singleShot(0, worker, &WorkerRecorderMultiChannelObject::stop);

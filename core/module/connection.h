@@ -46,6 +46,8 @@ public Q_SLOTS:
     void runAllSound();
     void stopAllSound();
     void updatePlayStopIcon(bool status);
+    /// Ends a session that runs, as the stop button does.
+    void endSession();
     void killApp();
     void updateDisplayFrequency();
     /// One beat.

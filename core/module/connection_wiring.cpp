@@ -61,9 +61,15 @@ void Connection::wireGraphs() {
         for (QWPainter* painter : {a, b}) {
             connect(recorder, &Recorder::s_Overflow, painter, &QWPainter::overflow);
             connect(recorder, &Recorder::s_SilentInput, painter, &QWPainter::silentInput);
+            connect(recorder, &Recorder::s_NotWritten, painter, &QWPainter::notWritten);
             connect(recorder->notifier(), &AudioNotifier::audioLevelChanged, painter->mainCurve(),
                     &QCurve::initStartTimecode);
         }
+    }
+    for (QWPainter* painter : {a, b}) {
+        // Both tell it: one of them may be hidden.
+        connect(a->mainCurve(), &QCurve::s_NotWritten, painter, &QWPainter::notWritten);
+        connect(b->mainCurve(), &QCurve::s_NotWritten, painter, &QWPainter::notWritten);
     }
     // The two graphs show the same stretch of time. Neither slot sends, so nothing goes round.
     connect(a, &QWPainter::s_XRange, b, &QWPainter::updateXRange);
@@ -146,17 +152,16 @@ void Connection::wireRunSequence() {
 void Connection::wireStopSequence() {
     Mode* mode = Singleton::instance().mode();
     QWGridTool* tool = m_view->gridTool();
+    // The order of these connections is the order of the stop. The small files are written before the large
+    // ones, so that a disk that fills up costs the end of a take and not the curves.
+    for (Recorder* recorder : recorders()) {
+        connect(mode, &Mode::s_StopApp, recorder, &Recorder::halt);
+    }
+    connect(mode, &Mode::s_StopApp, m_view, &QWView::exportFile);
     for (Recorder* recorder : recorders()) {
         connect(mode, &Mode::s_StopApp, recorder, &Recorder::stop);
         // Queued: the session is not taken apart under the recorder that reports the loss.
-        connect(
-            recorder, &Recorder::s_StreamLost, this,
-            [mode] {
-                if (mode->modeTraining()) {
-                    mode->modeTraining_off();
-                }
-            },
-            Qt::QueuedConnection);
+        connect(recorder, &Recorder::s_StreamLost, this, &Connection::endSession, Qt::QueuedConnection);
     }
     connect(mode, &Mode::s_StopApp, this, &Connection::stopAllSound);
     connect(mode, &Mode::s_StopApp, tool->playButton(), &QB2Push::unchecked);
@@ -165,18 +170,12 @@ void Connection::wireStopSequence() {
     connect(mode, &Mode::s_StopApp, mode, &Mode::modeCurrentTimerAutoresize_off);
     connect(mode, &Mode::s_StopApp, m_threadMidi->worker(), &WorkerMidiObject::stopRun);
     connect(mode, &Mode::s_StopApp, mode, &Mode::modeRun_off);
-    connect(mode, &Mode::s_StopApp, m_view, &QWView::exportFile);
 }
 
 void Connection::wireShutdown() {
     connect(m_view, &QWView::s_killApp, this, &Connection::killApp);
     // A session that runs while the program is closed is stopped like any other: its take is saved.
-    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, [] {
-        Mode* mode = Singleton::instance().mode();
-        if (mode->modeTraining()) {
-            mode->modeTraining_off();
-        }
-    });
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, &Connection::endSession);
 }
 
 void Connection::showStoredState() {

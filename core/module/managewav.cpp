@@ -1,5 +1,6 @@
 #include "managewav.h"
 
+#include "model/partfile.h"
 #include "model/qsample.h"
 #include "wavheader.h"
 
@@ -7,6 +8,12 @@
 #include <QtEndian>
 
 #include <vector>
+
+namespace {
+
+constexpr qint64 bytesOfFrame = 4;
+
+}
 
 bool ManageWAV::write(const QString& fileName, const QSample& sample) const {
     QFile file(QString::fromUtf8(fileName.toUtf8()));
@@ -22,13 +29,14 @@ bool ManageWAV::write(const QString& fileName, const QSample& sample) const {
         const auto bytes = static_cast<qint64>(piece.size_bytes());
         return file.write(reinterpret_cast<const char*>(littleEndian.data()), bytes) == bytes;
     }) && written;
-    if (file.flush() && written) {
+    written = file.flush() && written;
+    file.close();
+    if (written && file.error() == QFileDevice::NoError) {
         return true;
     }
     // A full disk: what has been written is to be read by any program, so its size is put right.
-    file.close();
-    if (file.size() >= WavHeader::bytes && file.open(QIODevice::ReadWrite)) {
-        const qint64 frames = (file.size() - WavHeader::bytes) / 4;
+    if (keepPart(file, WavHeader::bytes + bytesOfFrame - 1) && file.open(QIODevice::ReadWrite)) {
+        const qint64 frames = (file.size() - WavHeader::bytes) / bytesOfFrame;
         writeWavHeader(file,
                        WavHeader::stereo16(sample.sampleRate(), static_cast<std::uint64_t>(frames) * 2));
     }

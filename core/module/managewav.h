@@ -20,7 +20,8 @@ public:
     /// Empties the take. Not while the callback runs.
     void clear() { m_samples.clear(); }
     /// Writes the take as 16-bit stereo at the sample's rate. False if the file can't be opened or takes no
-    /// more; what was written up to there can be read. GUI thread.
+    /// more; what was written up to there can be read, and a file without a whole frame is taken away again.
+    /// GUI thread.
     bool write(const QString& fileName, const QSample& sample) const;
 
     const TakeStore& samples() const { return m_samples; }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 WaveData::WaveData(std::uint32_t sampleRate, std::uint32_t channels, std::size_t frames)
     : m_sampleRate(sampleRate), m_channels(channels), m_lists(frames == 0 ? 0 : channels) {
@@ -59,6 +60,15 @@ struct Peaks {
     }
 };
 
+// A wave of `frames` values a channel; an empty one where the memory doesn't hold it.
+std::unique_ptr<WaveData> madeWave(const WavHeader& header, std::size_t frames) {
+    try {
+        return std::make_unique<WaveData>(header.sampleRate, header.channels, frames);
+    } catch (const std::bad_alloc&) {
+        return std::make_unique<WaveData>(header.sampleRate, header.channels, 0);
+    }
+}
+
 // Splits `frames` interleaved frames at `bytes` into the channel lists from `first` on.
 void split(const char* bytes, std::size_t frames, WaveData& wave, std::size_t first, std::size_t channels) {
     if (channels == 2) {
@@ -86,17 +96,17 @@ std::unique_ptr<WaveData> readWave(const QString& fileName) {
         return std::make_unique<WaveData>();
     }
     const WavHeader header = readWavHeader(file);
-    const std::uint64_t promised =
-        header.bitsPerSample == 0 ? 0 : std::uint64_t{header.dataBytes / header.bitsPerSample} * 8U;
-    const auto held = static_cast<std::uint64_t>(std::max<qint64>(0, file.size() - WavHeader::bytes)) / 2U;
-    const std::uint64_t total = std::min<std::uint64_t>(static_cast<std::uint32_t>(promised), held);
+    const std::uint64_t total = header.samplesIn(file.size());
     const std::size_t channels = header.channels;
     if (channels == 0 || total == 0) {
         return std::make_unique<WaveData>(header.sampleRate, header.channels, 0);
     }
     // A count that the channels don't divide leaves the later ones a value shorter.
     const std::size_t longest = static_cast<std::size_t>((total + channels - 1) / channels);
-    auto wave = std::make_unique<WaveData>(header.sampleRate, header.channels, longest);
+    auto wave = madeWave(header, longest);
+    if (wave->isEmpty()) {
+        return wave;
+    }
     const std::size_t frameBytes = channels * 2;
     const std::size_t chunkFrames =
         std::max<std::size_t>(1, static_cast<std::size_t>(chunkBytes) / frameBytes);

@@ -43,5 +43,6 @@ private:
 
 /// Reads a canonical 44-byte-header WAV of signed 16-bit values; no tag is tested. The count of samples is
 /// the header's data size / bits * 8, in integers in this order, and never more than the file holds. A file
-/// that can't be opened, has no channel or 0 bits a sample gives an empty wave.
+/// that can't be opened, has no channel or 0 bits a sample, or that the memory doesn't hold, gives an empty
+/// wave.
 std::unique_ptr<WaveData> readWave(const QString& fileName);

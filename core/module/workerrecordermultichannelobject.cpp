@@ -155,22 +155,28 @@ bool WorkerRecorderMultiChannelObject::callbacksMissing() const {
            steadyMs() - m_lastBufferMs > aliveWithin;
 }
 
-void WorkerRecorderMultiChannelObject::stop() {
+void WorkerRecorderMultiChannelObject::halt() {
     m_housekeeping.stop();
+    if (m_stream == nullptr) {
+        return;
+    }
+    if (callbacksMissing()) {
+        // The server is gone or stands still, and the library may not come back for minutes: it is called
+        // when everything has been written, and not waited for.
+        m_state->open.store(false, std::memory_order_release);
+    } else {
+        m_stream->close();
+    }
+}
+
+void WorkerRecorderMultiChannelObject::stop() {
+    halt();
     if (m_mainSample == nullptr) {
         return;
     }
     if (m_stream != nullptr) {
-        if (callbacksMissing()) {
-            // The server is gone or stands still, and the library may not come back for minutes: the take
-            // first, and no waiting.
-            m_state->open.store(false, std::memory_order_release);
-            writeTakes();
-            m_stream->close(std::chrono::milliseconds(0));
-        } else {
-            m_stream->close();
-            writeTakes();
-        }
+        writeTakes();
+        m_stream->close(std::chrono::milliseconds(0));
         m_stream.reset();
         setFeeding(false);
         m_state.reset();
@@ -188,7 +194,10 @@ void WorkerRecorderMultiChannelObject::writeTakes() {
         // A device that was silent leaves no file that holds nothing.
         if (shared.mode()->modeRecorder() && group->take->samples().size() > 0) {
             const QDir folder(shared.pathFile()->pathDirectoryRecording());
-            group->take->write(folder.filePath(group->sample->fileName()), *group->sample);
+            const QString path = folder.filePath(group->sample->fileName());
+            if (!group->take->write(path, *group->sample)) {
+                Q_EMIT s_NotWritten(path);
+            }
         }
         delete std::exchange(group->take, nullptr);
     }

@@ -48,6 +48,8 @@ Q_SIGNALS:
     /// Nothing comes from the device of input `name`: its stream couldn't be opened or started, or has
     /// brought no buffer yet within lostAfter. False when one comes after all.
     void s_SilentInput(ModelGraph::EnumGraph name, bool silent);
+    /// The take couldn't be written, or not whole, to this file.
+    void s_NotWritten(QString path);
     /// The stream has run and calls no more: the sound server is gone or stands still.
     void s_StreamLost();
 
@@ -56,6 +58,9 @@ public Q_SLOTS:
     void load(ModelGraph::EnumGraph name, QSample* master, QSample* deckA, QSample* deckB);
     /// Starts the stream.
     void record();
+    /// Ends the input: from now on nothing changes the takes, nor the curves of the decks that it feeds. What
+    /// is small is written between this and `stop`.
+    void halt();
     /// Stops and closes the stream and writes the takes of the inputs that have delivered something. Never
     /// waits for a lost server longer than a deadline, and then only after the takes have been written.
     void stop();

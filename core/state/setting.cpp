@@ -1,9 +1,20 @@
 #include "setting.h"
 
 #include "model/constants.h"
+#include "model/enumtext.h"
+#include "model/modellanguage.h"
+#include "model/modelshini.h"
+#include "model/modeltimecode.h"
+#include "pastedtext.h"
 #include "pathfile.h"
+#include "storedperformance.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <cmath>
+#include <limits>
 
 namespace {
 
@@ -56,8 +67,8 @@ struct Default {
 
 // In the order in which a first start writes them. The two output pairs have none: they are missing until
 // the user chooses them.
-QList<Default> defaults() {
-    return {
+const QList<Default>& defaults() {
+    static const QList<Default> all{
         {Key::inputDeckA, QString()},
         {Key::inputDeckB, QString()},
         {Key::inputMaster, QString()},
@@ -94,6 +105,41 @@ QList<Default> defaults() {
         {Key::language, QStringLiteral("en_US")},
         {Key::style, QStringLiteral("Gramoscope")},
     };
+    return all;
+}
+
+QVariant defaultOf(QLatin1StringView key) {
+    for (const Default& entry : defaults()) {
+        if (entry.key == key) {
+            return entry.value;
+        }
+    }
+    return {};
+}
+
+constexpr double highestNumber = std::numeric_limits<double>::max();
+constexpr double lowestNumber = -highestNumber;
+constexpr double loudest = 100.0;   // of a volume
+constexpr int fullController = 127; // of a MIDI controller
+
+// Users paste device lines into the file, and these may hold anything. Returns the file's name.
+QString mended(const QString& fileName) {
+    const QList<QLatin1StringView> keys{Key::inputDeckA,   Key::inputDeckB,  Key::inputMaster,
+                                        Key::outputMaster, Key::outputDeckA, Key::outputDeckB,
+                                        Key::inputMidi,    Key::name};
+    QFile file(fileName);
+    if (!QFileInfo(fileName).isFile() || !file.open(QIODevice::ReadOnly)) {
+        return fileName;
+    }
+    const QByteArray content = file.readAll();
+    file.close();
+    if (const QByteArray quoted = withQuotedTexts(content, keys); quoted != content) {
+        QSaveFile whole(fileName);
+        if (whole.open(QIODevice::WriteOnly) && whole.write(quoted) == quoted.size()) {
+            whole.commit();
+        }
+    }
+    return fileName;
 }
 
 // Parses the stored text into the getter's cache.
@@ -107,7 +153,7 @@ template <typename Device> Device* parsed(std::unique_ptr<Device>& cache, const 
 Setting::Setting(QObject* parent) : Setting(pathInput(Constant::File::config), parent) {}
 
 Setting::Setting(const QString& fileName, QObject* parent)
-    : QObject(parent), m_settings(fileName, QSettings::IniFormat) {
+    : QObject(parent), m_settings(mended(fileName), QSettings::IniFormat) {
     for (const Default& entry : defaults()) {
         if (!m_settings.contains(entry.key)) {
             m_settings.setValue(entry.key, entry.value);
@@ -116,16 +162,37 @@ Setting::Setting(const QString& fileName, QObject* parent)
 }
 
 QString Setting::text(QLatin1StringView key) const {
-    return m_settings.value(key).toString();
+    const QVariant stored = m_settings.value(key);
+    // A text with commas that couldn't be quoted in the file comes as a list.
+    return stored.typeId() == QMetaType::QStringList ? stored.toStringList().join(u',') : stored.toString();
 }
+
 bool Setting::flag(QLatin1StringView key) const {
-    return m_settings.value(key).toBool();
+    const QString stored = text(key).toLower();
+    if (stored == QStringLiteral("true") || stored == QStringLiteral("1")) {
+        return true;
+    }
+    if (stored == QStringLiteral("false") || stored == QStringLiteral("0")) {
+        return false;
+    }
+    return defaultOf(key).toBool();
 }
-int Setting::integer(QLatin1StringView key) const {
-    return m_settings.value(key).toInt();
+
+int Setting::integer(QLatin1StringView key, int lowest, int highest) const {
+    bool ok = false;
+    const int stored = text(key).toInt(&ok);
+    return ok && stored >= lowest && stored <= highest ? stored : defaultOf(key).toInt();
 }
-double Setting::number(QLatin1StringView key) const {
-    return m_settings.value(key).toDouble();
+
+double Setting::number(QLatin1StringView key, double lowest, double highest) const {
+    bool ok = false;
+    const double stored = text(key).toDouble(&ok);
+    return ok && std::isfinite(stored) && stored >= lowest && stored <= highest ? stored
+                                                                                : defaultOf(key).toDouble();
+}
+
+QString Setting::choice(QLatin1StringView key, const QStringList& choices) const {
+    return chosenText(choices, text(key), int(choices.indexOf(defaultOf(key).toString())));
 }
 
 void Setting::write(QLatin1StringView key, const QVariant& value) {
@@ -194,14 +261,14 @@ void Setting::setOutputDeckB(const QString& text) {
 }
 
 int Setting::crossFaderLeft() const {
-    return integer(Key::crossFaderLeft);
+    return integer(Key::crossFaderLeft, 0, fullController);
 }
 void Setting::setCrossFaderLeft(int value) {
     write(Key::crossFaderLeft, value);
 }
 
 int Setting::crossFaderRight() const {
-    return integer(Key::crossFaderRight);
+    return integer(Key::crossFaderRight, 0, fullController);
 }
 void Setting::setCrossFaderRight(int value) {
     write(Key::crossFaderRight, value);
@@ -215,14 +282,14 @@ void Setting::setName(const QString& name) {
 }
 
 QString Setting::timecode() const {
-    return text(Key::timecode);
+    return enumText(enumValue(text(Key::timecode), ModelTimecode::generic_V2));
 }
 void Setting::setTimecode(const QString& name) {
     write(Key::timecode, name);
 }
 
 double Setting::vinylDeltaPositionA() const {
-    return number(Key::vinylDeltaPositionA);
+    return number(Key::vinylDeltaPositionA, lowestNumber, highestNumber);
 }
 
 void Setting::setVinylDeltaPositionA(double degrees) {
@@ -230,7 +297,7 @@ void Setting::setVinylDeltaPositionA(double degrees) {
 }
 
 double Setting::vinylDeltaPositionB() const {
-    return number(Key::vinylDeltaPositionB);
+    return number(Key::vinylDeltaPositionB, lowestNumber, highestNumber);
 }
 
 void Setting::setVinylDeltaPositionB(double degrees) {
@@ -238,63 +305,63 @@ void Setting::setVinylDeltaPositionB(double degrees) {
 }
 
 int Setting::curveOnSize() const {
-    return integer(Key::curveOnSize);
+    return integer(Key::curveOnSize, 1, std::numeric_limits<int>::max());
 }
 void Setting::setCurveOnSize(int width) {
     write(Key::curveOnSize, width);
 }
 
 double Setting::volumeLooper() const {
-    return number(Key::volumeLooper);
+    return number(Key::volumeLooper, 0.0, loudest);
 }
 void Setting::setVolumeLooper(double value) {
     write(Key::volumeLooper, value);
 }
 
 double Setting::volumeDeck() const {
-    return number(Key::volumeDeck);
+    return number(Key::volumeDeck, 0.0, loudest);
 }
 void Setting::setVolumeDeck(double value) {
     write(Key::volumeDeck, value);
 }
 
 double Setting::volumeRecord() const {
-    return number(Key::volumeRecord);
+    return number(Key::volumeRecord, 0.0, loudest);
 }
 void Setting::setVolumeRecord(double value) {
     write(Key::volumeRecord, value);
 }
 
 double Setting::volumeMetronum() const {
-    return number(Key::volumeMetronum);
+    return number(Key::volumeMetronum, 0.0, loudest);
 }
 void Setting::setVolumeMetronum(double value) {
     write(Key::volumeMetronum, value);
 }
 
 QString Setting::inputBufferA() const {
-    return text(Key::inputBufferA);
+    return choice(Key::inputBufferA, bufferChoices());
 }
 void Setting::setInputBufferA(const QString& text) {
     write(Key::inputBufferA, text);
 }
 
 QString Setting::inputBufferB() const {
-    return text(Key::inputBufferB);
+    return choice(Key::inputBufferB, bufferChoices());
 }
 void Setting::setInputBufferB(const QString& text) {
     write(Key::inputBufferB, text);
 }
 
 QString Setting::outputBuffer() const {
-    return text(Key::outputBuffer);
+    return choice(Key::outputBuffer, bufferChoices());
 }
 void Setting::setOutputBuffer(const QString& text) {
     write(Key::outputBuffer, text);
 }
 
 QString Setting::displayFrequency() const {
-    return text(Key::displayFrequency);
+    return choice(Key::displayFrequency, displayFrequencyChoices());
 }
 void Setting::setDisplayFrequency(const QString& text) {
     write(Key::displayFrequency, text);
@@ -350,7 +417,7 @@ void Setting::setGraphCurveNoSound(bool on) {
 }
 
 int Setting::graphShiniMode() const {
-    return integer(Key::graphShiniMode);
+    return integer(Key::graphShiniMode, ModelShini::Undefined, ModelShini::Middle);
 }
 void Setting::setGraphShiniMode(int mode) {
     write(Key::graphShiniMode, mode);
@@ -385,7 +452,7 @@ void Setting::setGraphLogo(bool on) {
 }
 
 QString Setting::language() const {
-    return text(Key::language);
+    return enumText(enumValue(text(Key::language), ModelLanguage::en_US));
 }
 void Setting::setLanguage(const QString& name) {
     write(Key::language, name);

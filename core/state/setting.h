@@ -11,7 +11,9 @@
 #include <memory>
 
 /// "config.ini": every choice of the user, written at once. A first start leaves a complete file; a key that
-/// is missing from an old file is filled in. A value that can't be converted reads as 0, false or empty.
+/// is missing from an old file is filled in. A value that can't be used counts as the default: an unknown
+/// timecode, language or size of a buffer, a number that is none or lies where nothing could be made of it.
+/// A device line that was pasted into the file without quotes is put into quotes, with all its blanks.
 /// GUI thread, but inputMidiName, crossFaderLeft and crossFaderRight may be read from the MIDI thread.
 class Setting : public QObject {
     Q_OBJECT
@@ -121,8 +123,10 @@ Q_SIGNALS:
 private:
     QString text(QLatin1StringView key) const;
     bool flag(QLatin1StringView key) const;
-    int integer(QLatin1StringView key) const;
-    double number(QLatin1StringView key) const;
+    // The default stands in for what is no number, lies outside the two bounds or isn't among the choices.
+    int integer(QLatin1StringView key, int lowest, int highest) const;
+    double number(QLatin1StringView key, double lowest, double highest) const;
+    QString choice(QLatin1StringView key, const QStringList& choices) const;
     void write(QLatin1StringView key, const QVariant& value);
 
     std::unique_ptr<ObjectAudioDevice> m_inputDeckA;

@@ -266,8 +266,13 @@ void QWPainter::silentInput(ModelGraph::EnumGraph name, bool silent) {
     }
 }
 
+void QWPainter::notWritten(QString path) {
+    m_notWritten << path;
+}
+
 void QWPainter::forgetTrouble() {
     m_lost = 0;
+    m_notWritten.clear();
     m_silent = false;
 }
 

@@ -157,6 +157,8 @@ public Q_SLOTS:
     /// Whether nothing comes from the device of input `name`: shown until the next start. Another input than
     /// this deck's doesn't count.
     void silentInput(ModelGraph::EnumGraph name, bool silent);
+    /// This file couldn't be written, or not whole: shown until the next start.
+    void notWritten(QString path);
     /// A session starts: what went wrong in the last one isn't shown any more.
     void forgetTrouble();
 
@@ -240,6 +242,7 @@ private:
     QString m_latencyText;
     quint64 m_lost = 0; ///< samples and points without room
     bool m_silent = false;
+    QStringList m_notWritten; ///< paths
     QImage m_logoSource;
     QImage m_logo; ///< the source on its ground, at the size and the pixel ratio of this graph
     QColor m_logoGround;

@@ -253,14 +253,22 @@ void QWPainter::drawBeatGrid(QPainter& painter, const GraphScale& scale, const G
 }
 
 void QWPainter::drawTrouble(QPainter& painter) const {
-    if (m_lost == 0 && !m_silent) {
+    QStringList lines;
+    for (const QString& path : m_notWritten) {
+        lines << tr("Not written: %1").arg(path);
+    }
+    if (m_silent) {
+        lines << tr("No sound from the device");
+    } else if (m_lost > 0) {
+        lines << tr("Out of memory: %1 samples lost").arg(m_lost);
+    }
+    if (lines.isEmpty()) {
         return;
     }
     const TextStyle style(painter, ModelGraph::CURRENT);
-    const int top = truncated(m_layout.plotBottom);
-    painter.drawText(
-        QRect(205, top, width() - 365, m_layout.captionBottom - top), Qt::AlignLeft | Qt::AlignBottom,
-        m_silent ? tr("No sound from the device") : tr("Out of memory: %1 samples lost").arg(m_lost));
+    // What the space below the plot doesn't hold grows up into it.
+    const QRect place(205, m_layout.plotTop, width() - 365, m_layout.captionBottom - m_layout.plotTop);
+    painter.drawText(place, Qt::AlignLeft | Qt::AlignBottom | Qt::TextWrapAnywhere, lines.join(u'\n'));
 }
 
 void QWPainter::drawCurves(const CurveScene& scene) {

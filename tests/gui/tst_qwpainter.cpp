@@ -500,6 +500,23 @@ private Q_SLOTS:
         QCOMPARE(redPixelsBelowThePlot(deck.graph), cursor);
     }
 
+    void whatCouldntBeWrittenIsShownFileByFileUntilTheNextStart() {
+        DeckGraph deck(ModelGraph::INPUT_DECKA, {900, 300});
+        const int cursor = redPixelsBelowThePlot(deck.graph);
+        deck.graph.notWritten(QStringLiteral("/take/a.grw"));
+        const int one = redPixelsBelowThePlot(deck.graph);
+        QVERIFY(one > cursor + 20);
+        deck.graph.notWritten(QStringLiteral("/take/a.wav"));
+        const int two = redPixelsBelowThePlot(deck.graph);
+        QVERIFY(two > one + 20); // a line of its own
+        deck.graph.silentInput(ModelGraph::INPUT_DECKA, true);
+        deck.graph.silentInput(ModelGraph::INPUT_DECKA, false);
+        QCOMPARE(redPixelsBelowThePlot(deck.graph), two);
+        deck.graph.initGraph();
+        QCOMPARE(redPixelsBelowThePlot(deck.graph), two);
+        deck.graph.forgetTrouble();
+        QCOMPARE(redPixelsBelowThePlot(deck.graph), cursor);
+    }
     void aResizedGraphIsLaidOutAnew() {
         DeckGraph deck;
         deck.graph.show();

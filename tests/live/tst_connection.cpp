@@ -5,6 +5,7 @@
 #include "button/qdled.h"
 #include "combobox/qcomboboxbpm.h"
 #include "curve/qcurve.h"
+#include "module/inputcallback.h"
 #include "support/testmain.h"
 
 #include <QApplication>
@@ -230,6 +231,53 @@ private Q_SLOTS:
         Session session;
         QVERIFY(!session.mode().modeFullDVS());
         Singleton::instance().setting()->setTimecode(u"generic_V2"_s);
+    }
+
+    void theEndOfASessionWritesTheCurvesBeforeTheSoundAndTellsWhatItCouldnt_data() {
+        QTest::addColumn<bool>("closing");
+        QTest::newRow("stopped") << false;
+        QTest::newRow("closed") << true;
+    }
+    void theEndOfASessionWritesTheCurvesBeforeTheSoundAndTellsWhatItCouldnt() {
+        QFETCH(bool, closing);
+        Singleton& shared = Singleton::instance();
+        Session session;
+        session.setRecording(true);
+        QVERIFY(session.start());
+        // A card that isn't there, with a callback all the same.
+        QSample* sample = lastingSample(QSample(ModelGraph::INPUT_DECKA, 9999, u"Card"_s, 48000.0, 2, 0));
+        shared.performance()->setSample(ModelGraph::INPUT_DECKA, sample, false);
+        shared.pathFile()->setFileDeckA(sample->fileName());
+        WorkerRecorderMultiChannelObject* recorder = session.connection().recorders()[0];
+        recorder->load(ModelGraph::INPUT_DECKA, nullptr, sample, nullptr);
+        recorder->timecodeInitialise();
+        InputCallbackState* state = recorder->callbackState();
+        QVERIFY(state != nullptr);
+        state->open.store(true);
+        const std::vector<std::int16_t> sound(2 * 4800);
+        processInput(*state, sound.data(), 4800);
+        QCurve* curve = session.connection().view()->painterDeckA()->mainCurve();
+        QVERIFY(!curve->points().empty());
+
+        const QDir folder(shared.pathFile()->pathDirectoryRecording());
+        const QStringList names{shared.pathFile()->fileDeckA() + u".grw"_s, sample->fileName()};
+        for (const QString& name : names) {
+            QVERIFY(folder.mkdir(name)); // where the file should be
+        }
+        QStringList told;
+        connect(curve, &QCurve::s_NotWritten, this, [&](const QString& path) { told << path; });
+        connect(recorder, &WorkerRecorderMultiChannelObject::s_NotWritten, this,
+                [&](const QString& path) { told << path; });
+        if (closing) {
+            session.connection().killApp();
+            QTRY_VERIFY(!Session::mode().modeTraining());
+        } else {
+            QVERIFY(session.stop());
+        }
+        QCOMPARE(told, QStringList({folder.filePath(names[0]), folder.filePath(names[1])}));
+        shared.performance()->setSample(ModelGraph::INPUT_DECKA,
+                                        lastingSample(QSample(ModelGraph::INPUT_DECKA)), false);
+        shared.pathFile()->setFileDeckA(QString());
     }
 
     void recordingChangesThePlayButtonsPictures() {

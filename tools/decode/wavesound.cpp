@@ -1,5 +1,7 @@
 #include "wavesound.h"
 
+#include "module/wavheader.h"
+
 #include <QByteArray>
 #include <QtEndian>
 
@@ -7,7 +9,6 @@
 
 namespace {
 
-constexpr qint64 sizeWrap = qint64{1} << 29;
 constexpr quint16 pcm = 1;
 constexpr quint16 extensible = 0xFFFE;
 
@@ -46,10 +47,8 @@ std::optional<WaveSound> findStereo16(QFile& file) {
             sound = WaveSound{field<quint32>(format, 4), 0, 0};
         } else if (head.startsWith("data")) {
             if (sound) {
-                const qint64 held = file.size() - start;
-                const bool wrapped = held >= sizeWrap && held % sizeWrap == size;
                 sound->offset = start;
-                sound->bytes = wrapped ? held : std::min(size, held);
+                sound->bytes = bytesOfTake(static_cast<quint32>(size), file.size() - start);
             }
             return sound;
         }

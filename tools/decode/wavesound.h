@@ -12,6 +12,6 @@ struct WaveSound {
 };
 
 /// Walks the chunks of a RIFF file: other editors put more than "fmt " and "data" there. Nothing for a file
-/// that isn't 16-bit stereo PCM. A size beyond the file's end counts as up to that end; so does the size of a
-/// take of 2^28 samples or more, whose top bits the recorder's header has lost.
+/// that isn't 16-bit stereo PCM. A size beyond the file's end counts as up to that end; so does one that the
+/// header of a take couldn't say (bytesOfTake).
 std::optional<WaveSound> findStereo16(QFile& file);

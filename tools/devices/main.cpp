@@ -4,6 +4,7 @@
 #include "model/constants.h"
 #include "module/qmidiin.h"
 #include "state/devicecatalogue.h"
+#include "state/pastedtext.h"
 #include "state/pathfile.h"
 #include "state/settingmixer.h"
 
@@ -45,14 +46,14 @@ int main(int argc, char* argv[]) {
         const QStringList entries = deviceStrings(devices, direction, mixer);
         for (const QString& entry : entries) {
             if (!entry.isEmpty() && !entry.startsWith("-----"_L1)) {
-                out << "  " << entry << Qt::endl;
+                out << "  " << settingsText(entry) << Qt::endl;
             }
         }
     }
     out << "MIDI inputs" << Qt::endl;
     const QStringList ports = QMidiIn().devices();
     for (const QString& port : ports) {
-        out << "  " << port << Qt::endl;
+        out << "  " << settingsText(port) << Qt::endl;
     }
     return 0;
 }

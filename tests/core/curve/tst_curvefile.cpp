@@ -9,12 +9,15 @@
 
 #include <QFileInfo>
 #include <QRandomGenerator>
+#include <QSignalSpy>
 #include <QTest>
 #include <QtEndian>
 
 #include <cmath>
 #include <limits>
 #include <memory>
+
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -59,6 +62,12 @@ CurvePoint point(double time, double position, double rawAngle, std::int32_t dir
 bool isZero(const CurvePoint& p) {
     return p.time == 0.0 && p.position == 0.0 && p.rawAngle == 0.0 && p.angle == 0.0 && p.pitch == 0.0 &&
            p.timecode == 0 && p.soundOn == 0;
+}
+
+// What the process takes of the machine's memory.
+qint64 residentBytes() {
+    const QList<QByteArray> pages = contentOf(u"/proc/self/statm"_s).split(' ');
+    return pages.size() > 1 ? pages[1].toLongLong() * sysconf(_SC_PAGESIZE) : 0;
 }
 
 struct Fixture {
@@ -115,6 +124,40 @@ private Q_SLOTS:
             QCOMPARE(all[i].time, double(i));
             QCOMPARE(all[i].position, 2.0 * double(i));
         }
+    }
+
+    void aFileWithoutAWholePointIsTakenAwayAgain_data() {
+        QTest::addColumn<int>("room");
+        QTest::newRow("no byte") << 0;
+        QTest::newRow("a part of the header") << 5;
+        QTest::newRow("the header") << 8;
+        QTest::newRow("less than a point") << 30;
+    }
+    void aFileWithoutAWholePointIsTakenAwayAgain() {
+        QFETCH(int, room);
+        Fixture f;
+        for (int i = 0; i < 2000; ++i) {
+            f.store.append(point(i, 2.0 * i, 0.25 * i, 0, true));
+        }
+        const QString name = newFile();
+        {
+            const FullDisk disk{rlim_t(room)};
+            QVERIFY(disk.isSet());
+            QVERIFY(!f.curve->saveToPath(name));
+        }
+        QVERIFY(!QFile::exists(name));
+    }
+
+    void aCurveThatCantBeSavedIsToldWithItsPath() {
+        Fixture f;
+        f.store.append(point(1.0, 2.0, 3.0, 0, true));
+        QSignalSpy told(f.curve.get(), &QCurve::s_NotWritten);
+        f.curve->saveToFile(u"written"_s);
+        QCOMPARE(told.count(), 0);
+        const QDir folder(Singleton::instance().pathFile()->pathDirectoryRecording());
+        QVERIFY(folder.mkdir(u"in the way.grw"_s));
+        f.curve->saveToFile(u"in the way"_s);
+        QCOMPARE(told, QList<QVariantList>{{folder.filePath(u"in the way.grw"_s)}});
     }
 
     void theBytesOfASmallFile() {
@@ -266,6 +309,30 @@ private Q_SLOTS:
         QCOMPARE(announced, QList<int>{97});
     }
 
+    void aTempoThatNobodyCanPlayToLeavesTheTempoAsItIs_data() {
+        QTest::addColumn<int>("bpm");
+        QTest::addColumn<double>("expected");
+        QTest::newRow("0") << 0 << 84.0;
+        QTest::newRow("19") << 19 << 84.0;
+        QTest::newRow("20") << 20 << 20.0;
+        QTest::newRow("400") << 400 << 400.0;
+        QTest::newRow("401") << 401 << 84.0;
+        QTest::newRow("-100") << -100 << 84.0;
+        QTest::newRow("the largest") << 2147483647 << 84.0;
+        QTest::newRow("the smallest") << -2147483647 - 1 << 84.0;
+    }
+    void aTempoThatNobodyCanPlayToLeavesTheTempoAsItIs() {
+        QFETCH(int, bpm);
+        Fixture f;
+        int announced = 0;
+        QObject ear;
+        connect(&session(), &RecordingLooperTraining::s_UpdateBpm, &ear, [&] { ++announced; });
+        f.curve->loadFromFile(fileWith(header(bpm, 1) + record(5, 6.0, 7.0, 1, 1)), true);
+        QTEST(session().bpmValue(), "expected");
+        QCOMPARE(announced, session().bpmValue() == 84.0 ? 0 : 1);
+        QCOMPARE(f.curve->points().size(), std::size_t{1}); // the curve is read all the same
+    }
+
     void loadingReplacesWhatWasThere() {
         Fixture f;
         f.store.append(point(1.0, 2.0, 3.0, 0, true));
@@ -359,9 +426,13 @@ private Q_SLOTS:
 
     void aFileThatEndsInTheHeaderIsAnEmptyCurve() {
         Fixture f;
-        for (int length = 1; length < 8; ++length) {
-            f.curve->loadFromFile(fileWith(header(90, 0).left(length)), false);
+        for (int length = 0; length < 8; ++length) {
+            session().setBpmValue(84.0);
+            // With a count of bytes that aren't 0, so that a part of it would show.
+            f.curve->loadFromFile(fileWith(header(0x5A, 0x01010101).left(length)), true);
             QVERIFY(f.curve->points().empty());
+            // A tempo that is whole is taken, one that is cut is none.
+            QCOMPARE(session().bpmValue(), length >= 4 ? 90.0 : 84.0);
         }
     }
 
@@ -429,6 +500,62 @@ private Q_SLOTS:
         QVERIFY(isZero(all[1]));
         QVERIFY(isZero(all[std::size_t(count) - 1]));
         QCOMPARE(f.store.overflows(), std::uint64_t{0});
+    }
+
+    void whatAFileLacksTakesNoMemory_data() {
+        QTest::addColumn<int>("records");
+        QTest::newRow("none is there") << 0;
+        QTest::newRow("a few are there") << 100;
+    }
+    void whatAFileLacksTakesNoMemory() {
+        QFETCH(int, records);
+        Fixture f;
+        QByteArray content = header(90, int(CurvePointStore::firstBlock));
+        for (int i = 0; i < records; ++i) {
+            content += record(i + 1, 1.0, 1.0, 0, 1);
+        }
+        const QString name = fileWith(content);
+        const qint64 before = residentBytes();
+        QVERIFY(before > 0);
+        f.curve->loadFromFile(name, false);
+        QVERIFY2(residentBytes() - before < 4 << 20, "reading it");
+        const CurvePointStore::View all = f.curve->points();
+        QCOMPARE(all.size(), CurvePointStore::firstBlock);
+        std::size_t zeros = 0;
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            zeros += isZero(all[i]) ? 1U : 0U;
+        }
+        QCOMPARE(zeros, all.size() - std::size_t(records));
+        QVERIFY2(residentBytes() - before < 4 << 20, "walking over it");
+        double min = 0.0;
+        double max = 0.0;
+        bool found = false;
+        f.curve->minMaxPosition(0, 1000, min, max, found);
+        QVERIFY2(residentBytes() - before < 8 << 20, "looking for its extremes");
+    }
+
+    void theMemoryOfALargeCurveIsGivenBackWithTheNextFile() {
+        Fixture f;
+        constexpr int records = 500000;
+        QByteArray content = header(90, records);
+        content.reserve(8 + 23 * records);
+        for (int i = 0; i < records; ++i) {
+            content += record(i + 1, 1.0, 1.0, 0, 1);
+        }
+        const QString large = fileWith(content);
+        f.curve->loadFromFile(large, false);
+        QCOMPARE(f.curve->points().size(), std::size_t{records});
+        const qint64 before = residentBytes();
+        f.curve->loadFromFile(fileWith(header(90, records + 7) + record(1, 1.0, 1.0, 0, 1)), false);
+        QVERIFY(before - residentBytes() > (records * qint64{sizeof(CurvePoint)}) / 2);
+        // And nothing of it shows behind the new one's end.
+        const CurvePointStore::View all = f.curve->points();
+        QCOMPARE(all.size(), std::size_t{records + 7});
+        for (std::size_t i = 1; i < all.size(); ++i) {
+            QVERIFY(isZero(all[i]));
+        }
+        f.curve->loadFromFile(large, false);
+        QCOMPARE(f.curve->points().back().time, double(records));
     }
 
     void numbersThatAreNoneGiveAnAngleAllTheSame() {

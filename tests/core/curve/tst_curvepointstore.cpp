@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+#include <cstring>
+
 namespace {
 
 constexpr std::uint32_t firstBlock = CurvePointStore::firstBlock;
@@ -47,6 +49,47 @@ private Q_SLOTS:
         QVERIFY(!store.append(seededPoint(1, 1)));
         QCOMPARE(store.overflows(), std::uint64_t{2});
         QVERIFY(store.view().empty());
+    }
+
+    void aRenewedStoreHasRoomAndNothingInIt() {
+        CurvePointStore store;
+        store.renew(1000); // without a block yet
+        append(store, 1, 0, 1000);
+        QVERIFY(holds(store.view(), 1, 0, 1000));
+        const std::uint64_t generation = store.generation();
+        store.renew(firstBlock + 10);
+        QVERIFY(store.view().empty());
+        QVERIFY(store.generation() != generation);
+        append(store, 2, 0, 500);
+        QVERIFY(holds(store.view(), 2, 0, 500));
+        QCOMPARE(store.overflows(), std::uint64_t{0});
+    }
+
+    void zerosLieBehindWhatWasAppended() {
+        CurvePointStore store;
+        store.renew(firstBlock + 10);
+        append(store, 1, 0, 1000);
+        store.renew(firstBlock + 10);
+        append(store, 2, 0, 5);
+        store.appendZeros(firstBlock);
+        QCOMPARE(store.size(), std::size_t{firstBlock} + 5);
+        const CurvePointStore::View view = store.view();
+        QCOMPARE(view[4].time, 4.0);
+        const CurvePoint zero;
+        for (std::size_t i = 5; i < view.size(); ++i) {
+            QCOMPARE(std::memcmp(&view[i], &zero, sizeof zero), 0);
+        }
+        store.append(seededPoint(3, 1));
+        QCOMPARE(store.view().back().timecode, 3);
+    }
+
+    void noMoreZerosAreAppendedThanThereIsRoomFor() {
+        CurvePointStore store;
+        store.appendZeros(7);
+        QCOMPARE(store.size(), std::size_t{0});
+        store.renew(1);
+        store.appendZeros(std::size_t{firstBlock} + 7);
+        QCOMPARE(store.size(), std::size_t{firstBlock});
     }
 
     void pointsComeBackInTheirOrder() {

@@ -156,6 +156,38 @@ private Q_SLOTS:
             QCOMPARE(wave->samples(0)[i], value(2 * i));
         }
     }
+
+    void aFileWithoutAWholeFrameIsTakenAwayAgain_data() {
+        QTest::addColumn<int>("room");
+        QTest::newRow("no byte") << 0;
+        QTest::newRow("a part of the header") << 20;
+        QTest::newRow("the header") << 44;
+        QTest::newRow("less than a frame") << 47;
+    }
+    void aFileWithoutAWholeFrameIsTakenAwayAgain() {
+        QFETCH(int, room);
+        ManageWAV take;
+        append(take, 4000);
+        const QString name = newFile();
+        {
+            const FullDisk disk{rlim_t(room)};
+            QVERIFY(disk.isSet());
+            QVERIFY(!take.write(name, source));
+        }
+        QVERIFY(!QFile::exists(name));
+    }
+
+    void whatIsNoPlainFileStays() {
+        if (!QFile::exists(u"/dev/full"_s)) {
+            QSKIP("there is no /dev/full");
+        }
+        ManageWAV take;
+        append(take, 4000);
+        const QString link = m_folder.filePath(u"link.wav"_s);
+        QVERIFY(QFile::link(u"/dev/full"_s, link));
+        QVERIFY(!take.write(link, source));
+        QVERIFY(QFile::exists(link) && QFile::exists(u"/dev/full"_s));
+    }
 };
 
 GRAMO_TEST_APPLESS_MAIN(tst_ManageWAV)

@@ -11,6 +11,8 @@
 #include <QTest>
 #include <QtEndian>
 
+#include <sys/resource.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -271,11 +273,51 @@ private Q_SLOTS:
         QVERIFY(equal(wave->samples(1), lists[1]));
     }
 
-    void theCountIsA32BitWord() {
-        // 0x80000001 / 1 * 8 is 2^34 + 8, of which 8 are left.
+    void aCountBeyond32BitsGivesWhatIsThere() {
+        // 0x80000001 / 1 * 8 is 2^34 + 8.
         QCOMPARE(read(bytesOf(canonical(1, 0x80000001U, 1)) + bytesOf(noise(2000, 10)))->length(),
-                 std::size_t{8});
-        QVERIFY(read(bytesOf(canonical(1, 0x80000000U, 1)) + bytesOf(noise(2000, 10)))->isEmpty());
+                 std::size_t{2000});
+        QCOMPARE(read(bytesOf(canonical(1, 0x80000000U, 1)) + bytesOf(noise(2000, 10)))->length(),
+                 std::size_t{2000});
+    }
+
+    void aTakeOf47MinutesIsReadToItsEnd() {
+        constexpr std::uint64_t samples = 47ULL * 60 * 48000 * 2;
+        const QString name = m_folder.filePath(u"47 minutes.wav"_s);
+        QFile file(name);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QVERIFY(writeWavHeader(file, WavHeader::stereo16(48000.0, samples)));
+        QVERIFY(file.resize(qint64(44 + 2 * samples))); // no block of the disk is taken by its silence
+        QVERIFY(file.seek(qint64(44 + 2 * (samples - 2))));
+        QCOMPARE(file.write("\x11\x22\x33\x44", 4), 4);
+        file.close();
+        const auto wave = readWave(name);
+        QCOMPARE(wave->length(), std::size_t{samples / 2});
+        QCOMPARE(wave->samples(0).back(), std::int16_t{0x2211});
+        QCOMPARE(wave->samples(1).back(), std::int16_t{0x4433});
+        QVERIFY(QFile::remove(name));
+    }
+
+    void aFileThatTheMemoryDoesntHoldIsAnEmptyWave() {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+        QSKIP("the sanitizer needs all the address space");
+#endif
+        const QString name = m_folder.filePath(u"three gigabytes.wav"_s);
+        QFile file(name);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QVERIFY(writeWavHeader(file, canonical(2, 3U << 30)));
+        QVERIFY(file.resize(44 + (qint64{3} << 30)));
+        file.close();
+        rlimit before{};
+        QCOMPARE(getrlimit(RLIMIT_AS, &before), 0);
+        rlimit small = before;
+        small.rlim_cur = rlim_t{2} << 30;
+        QCOMPARE(setrlimit(RLIMIT_AS, &small), 0);
+        const auto wave = readWave(name);
+        setrlimit(RLIMIT_AS, &before);
+        QVERIFY(wave->isEmpty());
+        QCOMPARE(wave->sampleRate(), 44100U);
+        QVERIFY(QFile::remove(name));
     }
 
     void manyChannelsAndFewSamplesGiveAFewListsOfOne() {

@@ -4,6 +4,7 @@
 
 #include <QBuffer>
 #include <QTest>
+#include <QtEndian>
 
 namespace {
 
@@ -60,21 +61,89 @@ private Q_SLOTS:
         QCOMPARE(header.bytesPerSecond, 88200U);
     }
 
-    void theSizeFieldIsTwoBytesASampleUntilItsTopBitsAreLost_data() {
+    void theSizeFieldIsTwoBytesASampleUpToFourGigabytes_data() {
         QTest::addColumn<quint64>("samples");
         QTest::addColumn<quint32>("bytes");
+        constexpr quint64 minute = 2 * 48000 * 60;
         QTest::newRow("none") << quint64{0} << 0U;
         QTest::newRow("one") << quint64{1} << 2U;
-        QTest::newRow("a minute") << quint64{5760000} << 11520000U;
-        QTest::newRow("the last that fits") << (quint64{1} << 28) - 1 << 0x1FFFFFFEU;
-        QTest::newRow("2^28") << (quint64{1} << 28) << 0U;
-        QTest::newRow("2^28 + 5") << (quint64{1} << 28) + 5 << 10U;
-        QTest::newRow("2^29 + 2^27") << (quint64{1} << 29) + (quint64{1} << 27) << 0x10000000U;
-        QTest::newRow("2^32 + 3") << (quint64{1} << 32) + 3 << 6U;
+        QTest::newRow("a minute") << minute << 11520000U;
+        QTest::newRow("46 minutes") << 46 * minute << 529920000U;
+        QTest::newRow("2^28 - 1") << (quint64{1} << 28) - 1 << 0x1FFFFFFEU;
+        QTest::newRow("2^28") << (quint64{1} << 28) << 0x20000000U;
+        QTest::newRow("47 minutes") << 47 * minute << 541440000U;
+        QTest::newRow("60 minutes") << 60 * minute << 691200000U;
+        QTest::newRow("six hours") << 360 * minute << 4147200000U;
+        QTest::newRow("one frame less than the most") << quint64{0x7FFFFFEA} << 0xFFFFFFD4U;
+        QTest::newRow("the most") << quint64{0x7FFFFFEC} << 0xFFFFFFD8U;
+        QTest::newRow("one more than the most") << quint64{0x7FFFFFED} << 0xFFFFFFD8U;
+        QTest::newRow("2^31") << (quint64{1} << 31) << 0xFFFFFFD8U;
+        QTest::newRow("2^32 + 3") << (quint64{1} << 32) + 3 << 0xFFFFFFD8U;
+        QTest::newRow("49 hours") << quint64{16384} * (quint64{1} << 20) << 0xFFFFFFD8U;
     }
-    void theSizeFieldIsTwoBytesASampleUntilItsTopBitsAreLost() {
+    void theSizeFieldIsTwoBytesASampleUpToFourGigabytes() {
         QFETCH(quint64, samples);
-        QTEST(WavHeader::stereo16(48000.0, samples).dataBytes, "bytes");
+        const WavHeader header = WavHeader::stereo16(48000.0, samples);
+        QTEST(header.dataBytes, "bytes");
+        // The RIFF size is all but the first eight bytes, and never wraps either.
+        const auto riff = qFromLittleEndian<quint32>(written(header).constData() + 4);
+        QCOMPARE(quint64{riff}, quint64{header.dataBytes} + 36);
+    }
+
+    void theRiffSizeOfAnyHeaderStopsAtTheEnd() {
+        WavHeader header;
+        for (const quint32 bytes : {0xFFFFFFDBU, 0xFFFFFFDCU, 0xFFFFFFFFU}) {
+            header.dataBytes = bytes;
+            QCOMPARE(qFromLittleEndian<quint32>(written(header).constData() + 4), 0xFFFFFFFFU);
+        }
+    }
+
+    void theSamplesOfAFileAreCountedIn64Bits_data() {
+        QTest::addColumn<quint32>("dataBytes");
+        QTest::addColumn<int>("bits");
+        QTest::addColumn<qint64>("fileBytes");
+        QTest::addColumn<quint64>("samples");
+        constexpr qint64 gigabyte = qint64{1} << 30;
+        QTest::newRow("nothing") << 0U << 16 << qint64{44} << quint64{0};
+        QTest::newRow("4002 bytes are read by eights") << 4002U << 16 << qint64{4046} << quint64{2000};
+        QTest::newRow("47 minutes") << 541440000U << 16 << qint64{541440044} << quint64{270720000};
+        QTest::newRow("the most") << 0xFFFFFFD8U << 16 << 4 * gigabyte + 4 << quint64{0x7FFFFFE8};
+        QTest::newRow("a longer take: what the header says")
+            << 0xFFFFFFD8U << 16 << 9 * gigabyte << quint64{0x7FFFFFE8};
+        QTest::newRow("never more than the file holds") << 0xFFFFFFD8U << 16 << qint64{1044} << quint64{500};
+        QTest::newRow("one bit") << 0x80000001U << 1 << 100 * gigabyte << (quint64{1} << 34) + 8;
+        QTest::newRow("one bit, a small file") << 0x80000001U << 1 << qint64{4044} << quint64{2000};
+        QTest::newRow("no bits") << 4000U << 0 << qint64{4044} << quint64{0};
+        QTest::newRow("not even a header") << 4000U << 16 << qint64{30} << quint64{0};
+    }
+    void theSamplesOfAFileAreCountedIn64Bits() {
+        QFETCH(quint32, dataBytes);
+        QFETCH(int, bits);
+        QFETCH(qint64, fileBytes);
+        WavHeader header;
+        header.dataBytes = dataBytes;
+        header.bitsPerSample = quint16(bits);
+        QTEST(quint64{header.samplesIn(fileBytes)}, "samples");
+    }
+
+    void aTakeWhoseSizeTheFieldCantSayHoldsWhatTheFileHolds_data() {
+        QTest::addColumn<quint32>("said");
+        QTest::addColumn<qint64>("held");
+        QTest::addColumn<qint64>("bytes");
+        constexpr qint64 wrap = qint64{1} << 29;
+        QTest::newRow("as it says") << 4000U << qint64{4000} << qint64{4000};
+        QTest::newRow("more is there") << 4000U << qint64{5000} << qint64{4000};
+        QTest::newRow("less is there") << 4000U << qint64{300} << qint64{300};
+        QTest::newRow("nothing is there") << 0xFFFFFFD8U << qint64{0} << qint64{0};
+        QTest::newRow("an older take, wrapped once") << 4000U << wrap + 4000 << wrap + 4000;
+        QTest::newRow("an older take, wrapped 20 times") << 4U << 20 * wrap + 4 << 20 * wrap + 4;
+        QTest::newRow("just not wrapped") << 4000U << wrap + 4004 << qint64{4000};
+        QTest::newRow("beyond 4 GiB") << 0xFFFFFFD8U << 11 * wrap << 11 * wrap;
+    }
+    void aTakeWhoseSizeTheFieldCantSayHoldsWhatTheFileHolds() {
+        QFETCH(quint32, said);
+        QFETCH(qint64, held);
+        QTEST(qint64{bytesOfTake(said, held)}, "bytes");
     }
 
     void aHeaderComesBackAsItWas() {

@@ -586,6 +586,63 @@ private Q_SLOTS:
         QCOMPARE(silent.count(), 0);
     }
 
+    void afterAHaltNothingChangesTheTakeWhichIsWrittenWithTheStop() {
+        Rig rig;
+        Card card;
+        shared().mode()->modeRecorder_on();
+        rig.recorder.load(deckA, nullptr, &card.a, nullptr);
+        rig.recorder.record();
+        feed(640);
+        rig.recorder.halt();
+        QVERIFY(library().streams.back()->closed);
+        feed(64); // a late call reaches nobody
+        QCOMPARE(shared().time()->frameCounter(deckA), 640.0);
+        const QString file = shared().pathFile()->pathDirectoryRecording() + u'/' + card.a.fileName();
+        QVERIFY(!QFile::exists(file));
+        rig.recorder.halt();
+        rig.recorder.stop();
+        QCOMPARE(readWave(file)->length(), std::size_t{640});
+        QVERIFY(!rig.recorder.isOpen() && !rig.recorder.decoderDeckA()->isFed());
+        rig.recorder.halt(); // of nothing
+    }
+
+    void aHaltOfALostServerDoesntCallTheLibrary() {
+        Rig rig;
+        Card card;
+        shared().mode()->modeRecorder_on();
+        rig.recorder.load(deckA, nullptr, &card.a, nullptr);
+        rig.recorder.record();
+        feed(640);
+        QTest::qWait(1000); // no more buffers
+        rig.recorder.halt();
+        QVERIFY(!library().streams.back()->stopped && !library().streams.back()->closed);
+        feed(64); // a late call reaches nobody
+        QCOMPARE(shared().time()->frameCounter(deckA), 640.0);
+        rig.recorder.stop();
+        const QString file = shared().pathFile()->pathDirectoryRecording() + u'/' + card.a.fileName();
+        QCOMPARE(readWave(file)->length(), std::size_t{640});
+    }
+
+    void aTakeThatCantBeWrittenIsToldWithItsPath() {
+        Rig rig;
+        Card card;
+        shared().mode()->modeRecorder_on();
+        QSignalSpy told(&rig.recorder, &Recorder::s_NotWritten);
+        rig.recorder.load(deckA, nullptr, &card.a, nullptr);
+        rig.recorder.record();
+        feed(640);
+        const QDir folder(shared().pathFile()->pathDirectoryRecording());
+        QVERIFY(folder.mkdir(card.a.fileName()));
+        rig.recorder.stop();
+        QCOMPARE(told, QList<QVariantList>{{folder.filePath(card.a.fileName())}});
+        QVERIFY(folder.rmdir(card.a.fileName()));
+        rig.recorder.load(deckA, nullptr, &card.a, nullptr);
+        rig.recorder.record();
+        feed(640);
+        rig.recorder.stop();
+        QCOMPARE(told.count(), 1);
+    }
+
     void aLostServerCostsNoTakeAndNoTime() {
         Rig rig;
         Card card;

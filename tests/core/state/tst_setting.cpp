@@ -1,13 +1,17 @@
+#include "state/pastedtext.h"
 #include "state/setting.h"
 #include "support/testmain.h"
 #include "support/translation.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -159,9 +163,9 @@ private Q_SLOTS:
 
     void anEmptyValueCountsAsThere() {
         const QString file = newFile();
-        writeFile(file, "[device]\ntimecode=\n");
+        writeFile(file, "[device]\nname=\n");
         const Setting setting(file, nullptr);
-        QVERIFY(setting.timecode().isEmpty());
+        QVERIFY(setting.name().isEmpty());
     }
 
     void aChangeReachesTheFileAtOnce() {
@@ -323,17 +327,135 @@ private Q_SLOTS:
         QCOMPARE(setting.vinylDeltaPositionB(), 1.23457e-05);
     }
 
-    void aValueThatCantBeConvertedReadsAsZeroOrFalse() {
+    void aValueThatCantBeUsedCountsAsTheDefault_data() {
+        QTest::addColumn<QByteArray>("value");
+        for (const char* value :
+             {"", "foo", "nan", "-nan", "inf", "-inf", "1e999", "-1", "-1e300", "99999999999999999999", "1,5",
+              "0x10", "@Invalid()", "@Variant(\\0\\0\\0\\x7f)", "\\0", "\xff\xfe", "true false"}) {
+            QTest::newRow(*value == '\0' ? "nothing" : value) << QByteArray(value);
+        }
+    }
+    void aValueThatCantBeUsedCountsAsTheDefault() {
+        QFETCH(QByteArray, value);
         const QString file = newFile();
-        writeFile(file, "[device]\ncrossFaderRight=far\nvolumeLooper=loud\noptionHamsterMode=\n"
-                        "[display]\ncurveOnSize=\ngraphShiniMode=Arrows\n[setting]\nvinylDeltaPositionA=x\n");
-        const Setting setting(file, nullptr);
-        QCOMPARE(setting.crossFaderRight(), 0);
-        QCOMPARE(setting.volumeLooper(), 0.0);
-        QVERIFY(!setting.optionHamsterMode());
-        QCOMPARE(setting.curveOnSize(), 0);
-        QCOMPARE(setting.graphShiniMode(), 0);
-        QCOMPARE(setting.vinylDeltaPositionA(), 0.0);
+        QByteArray content;
+        QString group;
+        for (auto it = freshFile.cbegin(); it != freshFile.cend(); ++it) {
+            if (it.key().section(u'/', 0, 0) != group) {
+                group = it.key().section(u'/', 0, 0);
+                content += "[" + group.toUtf8() + "]\n";
+            }
+            content += it.key().section(u'/', 1).replace(u'/', u'\\').toUtf8() + "=" + value + "\n";
+        }
+        writeFile(file, content);
+        Setting s(file, nullptr);
+        QCOMPARE(s.inputDeckA()->index(), -1);
+        QCOMPARE(s.outputMaster()->index(), -1);
+        QCOMPARE(s.crossFaderLeft(), 0);
+        QCOMPARE(s.crossFaderRight(), 127);
+        QCOMPARE(s.timecode(), u"generic_V2"_s);
+        bool isNumber = false;
+        const double number = QString::fromUtf8(value).toDouble(&isNumber);
+        QCOMPARE(s.vinylDeltaPositionA(), isNumber && std::isfinite(number) ? number : 0.0);
+        QVERIFY(std::isfinite(s.vinylDeltaPositionA()) && std::isfinite(s.vinylDeltaPositionB()));
+        QCOMPARE(s.curveOnSize(), 8);
+        for (const double volume : {s.volumeLooper(), s.volumeDeck(), s.volumeRecord(), s.volumeMetronum()}) {
+            QCOMPARE(volume, 50.0);
+        }
+        QCOMPARE(s.inputBufferA(), u"64"_s);
+        QCOMPARE(s.inputBufferB(), u"64"_s);
+        QCOMPARE(s.outputBuffer(), u"64"_s);
+        QCOMPARE(s.displayFrequency(), u"60"_s);
+        QVERIFY(s.optionGenerateCutOffSound() && !s.optionHamsterMode() && !s.latency() && s.graphGrid());
+        QVERIFY(s.graphCurveCrossFaderOff() && !s.graphCurveCrossFaderOffInvertColor());
+        QVERIFY(s.graphCurveNoSound() && s.graphVinylPosition() && !s.graphVinylColorRotation());
+        QVERIFY(s.graphDirectSound() && s.graphLogo());
+        QCOMPARE(s.graphShiniMode(), 0);
+        QCOMPARE(s.language(), u"en_US"_s);
+    }
+
+    void numbersBeyondTheirBoundsCountAsTheDefault() {
+        const QString file = newFile();
+        writeFile(file, "[device]\ncrossFaderLeft=128\ncrossFaderRight=-1\nvolumeLooper=100.5\n"
+                        "[display]\ncurveOnSize=0\ngraphShiniMode=4\n"
+                        "[processing]\ndisplayFrequency=59\noutputBuffer=63\n");
+        const Setting s(file, nullptr);
+        QCOMPARE(s.crossFaderLeft(), 0);
+        QCOMPARE(s.crossFaderRight(), 127);
+        QCOMPARE(s.volumeLooper(), 50.0);
+        QCOMPARE(s.curveOnSize(), 8);
+        QCOMPARE(s.graphShiniMode(), 0);
+        QCOMPARE(s.displayFrequency(), u"60"_s);
+        QCOMPARE(s.outputBuffer(), u"64"_s);
+    }
+
+    void aPastedDeviceLineIsReadBackWhole_data() {
+        QTest::addColumn<QString>("line");
+        QTest::newRow("a comma") << u"3-[HDA Intel PCH: ALC257 Analog (hw:0,0)]-44100/2p0-ALSA-"_s;
+        QTest::newRow("a blank behind it") << u"3-[HDA Intel (hw:0, 0)]-44100/2p0-ALSA-Input DeckA"_s;
+        QTest::newRow("blanks around it") << u"3-[HDA  Intel , and   more  ,x]-44100/2p0-ALSA-"_s;
+        QTest::newRow("double blanks alone") << u"3-[HDA  Intel   PCH]-44100/2p0-ALSA-"_s;
+        QTest::newRow("commas at the ends of the name") << u"3-[,HDA,]-44100/2p0-ALSA-,"_s;
+        QTest::newRow("a semicolon") << u"3-[HDA; Intel ;x]-44100/2p0-ALSA-"_s;
+        QTest::newRow("quotes") << u"3-[The \"Rane\", 70 (hw:1,0)]-44100/2p0-ALSA-"_s;
+        QTest::newRow("one quote") << u"3-[12\" deck]-44100/2p0-ALSA-"_s;
+        QTest::newRow("an equals sign") << u"3-[a=b, c=d]-44100/2p0-ALSA-"_s;
+        QTest::newRow("a backslash and a comma") << u"3-[a\\b, c]-44100/2p0-ALSA-"_s;
+        QTest::newRow("other scripts") << u"3-[ターン, テーブル]-44100/2p0-ALSA-"_s;
+        QTest::newRow("no comma") << u"3-[Line In (USB Mixer)]-48000/4p1-MME-Input DeckB"_s;
+    }
+    void aPastedDeviceLineIsReadBackWhole() {
+        QFETCH(QString, line);
+        const QString file = newFile();
+        const QByteArray pasted = line.toUtf8();
+        writeFile(file, "[device]\ninputDeckA=" + pasted + "\ninputDeckB = " + pasted +
+                            " \r\ninputMidi=" + pasted +
+                            "\nname=\"My, mixer\"\ntimecode=traktor_sideB\n"
+                            "[display]\ncurveOnSize=5\n");
+        for (int start = 0; start < 2; ++start) { // the second one reads what the first has written
+            Setting setting(file, nullptr);
+            QCOMPARE(setting.inputDeckA()->text(), line);
+            QCOMPARE(setting.inputDeckA()->index(), 3);
+            QCOMPARE(setting.inputDeckB()->text(), line);
+            QCOMPARE(setting.inputMidiName(), line);
+            QCOMPARE(setting.name(), u"My, mixer"_s);
+            QCOMPARE(setting.timecode(), u"traktor_sideB"_s);
+            QCOMPARE(setting.curveOnSize(), 5);
+            setting.setVolumeLooper(start);
+        }
+        // As the tool prints it, it reads the same.
+        writeFile(file, "[device]\ninputDeckA=" + settingsText(line).toUtf8() + "\n");
+        Setting setting(file, nullptr);
+        QCOMPARE(setting.inputDeckA()->text(), line);
+    }
+
+    void aPastedLineInAFileThatCantBeWrittenCountsToo() {
+        const QString file = newFile();
+        const QString line = u"3-[HDA Intel PCH: ALC257 Analog (hw:0,0)]-44100/2p0-ALSA-"_s;
+        const QString folder = m_folder.filePath(u"readonly"_s);
+        QVERIFY(QDir().mkpath(folder));
+        const QString inside = folder + u"/config.ini"_s;
+        writeFile(inside, "[device]\ninputDeckA=" + line.toUtf8() + "\n");
+        QVERIFY(QFile::setPermissions(inside, QFile::ReadOwner));
+        QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
+        {
+            Setting setting(inside, nullptr);
+            QCOMPARE(setting.inputDeckA()->text(), line);
+        }
+        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+
+    void aFileThatNobodyPastedIntoStaysByteForByte() {
+        const QString file = newFile();
+        {
+            Setting setting(file, nullptr);
+            setting.setInputDeckA(u"3-[a, \"b\" \\ ;c (hw:0,0)]-44100/2p0-ALSA-"_s);
+            setting.setName(u" \"x\" "_s);
+        }
+        QFile raw(file);
+        QVERIFY(raw.open(QIODevice::ReadOnly));
+        const QByteArray content = raw.readAll();
+        QCOMPARE(withQuotedTexts(content, {"device/inputDeckA"_L1, "device/name"_L1}), content);
     }
 
     void aFileThatIsNoSettingsFileCountsAsEmpty() {

@@ -64,7 +64,7 @@ private Q_SLOTS:
         QCOMPARE(performance.displayInterval(), 1.0 / 120.0 * 1000.0);
     }
 
-    void storedValuesOffTheListsGiveTheFallbacks() {
+    void storedValuesOffTheListsGiveTheDefaults() {
         const auto stored = setting();
         stored->setInputBufferA(u"100"_s);
         stored->setInputBufferB(u"fast"_s);
@@ -74,8 +74,8 @@ private Q_SLOTS:
         applyStoredPerformance(*stored, performance);
         QCOMPARE(performance.inputBuffer(ModelGraph::INPUT_DECKA), 64.0);
         QCOMPARE(performance.inputBuffer(ModelGraph::INPUT_DECKB), 64.0);
-        QCOMPARE(performance.outputBuffer(), 256.0);
-        QCOMPARE(performance.displayInterval(), 1.0 / 30.0 * 1000.0);
+        QCOMPARE(performance.outputBuffer(), 64.0);
+        QCOMPARE(performance.displayInterval(), 1.0 / 60.0 * 1000.0);
     }
 };
 
