@@ -14,6 +14,7 @@
 #include "painter/qwpainter.h"
 #include "qwview.h"
 #include "receivetimecodedvsobject.h"
+#include "soundserver.h"
 #include "state/learnedcontrol.h"
 #include "state/midi.h"
 #include "state/mode.h"
@@ -43,6 +44,9 @@ void Connection::wireDevices() {
             &QWView::updateBpmSamplerate);
     for (Recorder* recorder : recorders()) {
         connect(m_view, &QWView::s_Record, recorder, &Recorder::record);
+    }
+    for (QWPainter* painter : {m_view->painterDeckA(), m_view->painterDeckB()}) {
+        connect(&SoundServer::instance(), &SoundServer::s_Lost, painter, &QWPainter::serverLost);
     }
 }
 
@@ -188,4 +192,8 @@ void Connection::showStoredState() {
     applyTimecodeChoice(shared.setting()->timecode(), *shared.mode());
     m_view->showInput(ModelInput::TEXT_A);
     tool->mixToggle()->toggle_on();
+    if (SoundServer::instance().lost()) { // before this window came
+        m_view->painterDeckA()->serverLost();
+        m_view->painterDeckB()->serverLost();
+    }
 }

@@ -48,7 +48,8 @@ Q_SIGNALS:
     /// Nothing comes from the device of input `name`: its stream couldn't be opened or started, or has
     /// brought no buffer yet within lostAfter. False when one comes after all.
     void s_SilentInput(ModelGraph::EnumGraph name, bool silent);
-    /// The stream has run and calls no more: the sound server is gone or stands still.
+    /// The stream has run and calls no more: the sound server is gone or stands still. Not sent for a stream
+    /// that nothing reads: its master is reported silent.
     void s_StreamLost();
 
 public Q_SLOTS:
@@ -82,6 +83,8 @@ private:
     void setFeeding(bool feeding);
     bool restart(Group& group, InputGroup* target);
     bool callbacksMissing() const;
+    /// Something is done with what the stream brings: it feeds a deck or is recorded.
+    bool isRead() const;
     /// For each input that is served.
     void tellSilent(bool silent);
     void writeTakes();

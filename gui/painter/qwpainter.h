@@ -149,6 +149,10 @@ public Q_SLOTS:
     /// Whether nothing comes from the device of input `name`: shown until the next start. Another input than
     /// this deck's doesn't count.
     void silentInput(ModelGraph::EnumGraph name, bool silent);
+    /// The device of input `name` isn't there: shown until the next start, a master's on both graphs.
+    void missingDevice(ModelGraph::EnumGraph name, const QString& device);
+    /// The sound server has gone: shown for good.
+    void serverLost();
     /// A session starts: what went wrong in the last one isn't shown any more.
     void forgetTrouble();
 
@@ -196,6 +200,8 @@ private:
     void drawTagNumber(QPainter& painter) const;
     void drawBeatGrid(QPainter& painter, const GraphScale& scale, const GraphOptions& options,
                       LabelCache& labels);
+    /// What the line in red under the plot says, the gravest alone; empty if nothing is wrong.
+    QString trouble() const;
     void drawTrouble(QPainter& painter) const;
     void drawCurves(const CurveScene& scene);
     void drawCursor(QPainter& painter, const GraphScale& scale, LabelCache& labels);
@@ -229,6 +235,8 @@ private:
     QString m_latencyText;
     quint64 m_lost = 0; ///< samples and points without room
     bool m_silent = false;
+    QString m_missingDevice;
+    bool m_serverLost = false;
     QImage m_logoSource;
     QImage m_logo; ///< the source on its ground, at the size and the pixel ratio of this graph
     QColor m_logoGround;

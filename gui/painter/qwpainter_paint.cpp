@@ -248,15 +248,28 @@ void QWPainter::drawBeatGrid(QPainter& painter, const GraphScale& scale, const G
                        .labels = labels});
 }
 
+QString QWPainter::trouble() const {
+    if (m_serverLost) {
+        return tr("The sound server was lost. Start the program again.");
+    }
+    if (!m_missingDevice.isEmpty()) {
+        return tr("The device isn't there: %1").arg(m_missingDevice);
+    }
+    if (m_silent) {
+        return tr("No sound from the device");
+    }
+    return m_lost > 0 ? tr("Out of memory: %1 samples lost").arg(m_lost) : QString();
+}
+
 void QWPainter::drawTrouble(QPainter& painter) const {
-    if (m_lost == 0 && !m_silent) {
+    const QString text = trouble();
+    if (text.isEmpty()) {
         return;
     }
     const TextStyle style(painter, ModelGraph::CURRENT);
     const int top = truncated(m_layout.plotBottom);
-    painter.drawText(
-        QRect(205, top, width() - 365, m_layout.captionBottom - top), Qt::AlignLeft | Qt::AlignBottom,
-        m_silent ? tr("No sound from the device") : tr("Out of memory: %1 samples lost").arg(m_lost));
+    painter.drawText(QRect(205, top, width() - 365, m_layout.captionBottom - top),
+                     Qt::AlignLeft | Qt::AlignBottom, text);
 }
 
 void QWPainter::drawCurves(const CurveScene& scene) {
