@@ -46,6 +46,7 @@ void Connection::wireDevices() {
         connect(m_view, &QWView::s_Record, recorder, &Recorder::record);
     }
     for (QWPainter* painter : {m_view->painterDeckA(), m_view->painterDeckB()}) {
+        connect(m_deviceObject.get(), &DeviceObject::s_MissingDevice, painter, &QWPainter::missingDevice);
         connect(&SoundServer::instance(), &SoundServer::s_Lost, painter, &QWPainter::serverLost);
     }
 }
