@@ -1,7 +1,11 @@
 #include "model/constants.h"
 #include "module/connection.h"
+#include "module/midithread.h"
 #include "module/quitsignals.h"
 #include "state/pathfile.h"
+#include "state/portaudiosession.h"
+#include "state/setting.h"
+#include "state/singleton.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -9,6 +13,9 @@
 #include <QStyleFactory>
 
 #include <portaudio.h>
+
+#include <cstdio>
+#include <cstdlib>
 
 Q_DECLARE_METATYPE(PaStreamCallbackTimeInfo)
 
@@ -24,7 +31,18 @@ int main(int argc, char* argv[]) {
     QGuiApplication::setWindowIcon(QIcon(pathImage(QStringLiteral("LogoGramoWork.png"))));
     quitOnSystemSignals();
 
-    Connection connection; // on 64-byte alignment, which its rings ask for
-    connection.showMaximized();
-    return QApplication::exec();
+    int result = 0;
+    {
+        Connection connection; // on 64-byte alignment, which its rings ask for
+        connection.showMaximized();
+        result = QApplication::exec();
+    }
+    if (PortAudioSession::blocked() || MidiThread::leftBehind()) {
+        // A thread hangs below a library whose server has gone or stands still, and what the libraries do at
+        // a process's end would wait for it or fall over it. All that the user made is written by now.
+        Singleton::instance().setting()->save();
+        std::fflush(nullptr);
+        std::_Exit(result);
+    }
+    return result;
 }

@@ -100,6 +100,14 @@
         <source>New file has been created and loaded into color tab !!</source>
         <translation>New file has been created and loaded into color tab !!</translation>
     </message>
+    <message>
+        <source>The sound server was lost. Start the program again.</source>
+        <translation>The sound server was lost. Start the program again.</translation>
+    </message>
+    <message>
+        <source>The device isn&apos;t there: %1</source>
+        <translation>The device isn&apos;t there: %1</translation>
+    </message>
 </context>
 <context>
     <name>SaveColorPhrasing</name>

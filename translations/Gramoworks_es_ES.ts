@@ -100,6 +100,14 @@
         <source>New file has been created and loaded into color tab !!</source>
         <translation>¡¡El archivo nuevo se ha creado y cargado en la pestaña de colores!!</translation>
     </message>
+    <message>
+        <source>The sound server was lost. Start the program again.</source>
+        <translation>Se ha perdido el servidor de sonido. Vuelva a iniciar el programa.</translation>
+    </message>
+    <message>
+        <source>The device isn&apos;t there: %1</source>
+        <translation>El dispositivo no está: %1</translation>
+    </message>
 </context>
 <context>
     <name>SaveColorPhrasing</name>

@@ -100,6 +100,14 @@
         <source>New file has been created and loaded into color tab !!</source>
         <translation>Le nouveau fichier est créé et chargé dans l’onglet des couleurs !!</translation>
     </message>
+    <message>
+        <source>The sound server was lost. Start the program again.</source>
+        <translation>Le serveur de son est perdu. Relancez le programme.</translation>
+    </message>
+    <message>
+        <source>The device isn&apos;t there: %1</source>
+        <translation>L’appareil est absent : %1</translation>
+    </message>
 </context>
 <context>
     <name>SaveColorPhrasing</name>

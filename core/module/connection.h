@@ -5,12 +5,14 @@
 #include "curve/curvepointstore.h"
 #include "midithread.h"
 
+#include <QByteArray>
 #include <QElapsedTimer>
 #include <QMainWindow>
 
 #include <array>
 #include <memory>
 #include <optional>
+#include <vector>
 
 class DeviceObject;
 class QTimer;
@@ -29,6 +31,21 @@ public:
 
     QWView* view() const { return m_view; }
     std::array<WorkerRecorderMultiChannelObject*, 3> recorders() const;
+
+    /// One receiver of a signal that runs or stops a session.
+    struct Step {
+        const QObject* receiver;
+        QByteArray slot; ///< "&Class::name"
+        bool operator==(const Step&) const = default;
+    };
+    /// The receivers of s_RunApp, s_startTraining and s_StopApp in the order in which they were connected,
+    /// which is the order in which they run.
+    struct Sequences {
+        std::vector<Step> run;
+        std::vector<Step> start;
+        std::vector<Step> stop;
+    };
+    const Sequences& sequences() const { return m_sequences; }
 
 Q_SIGNALS:
     void s_status(QString text);
@@ -91,6 +108,7 @@ private:
     int m_countdownValue = 4;
     QTimer* m_countdownTimer = nullptr;
     SessionSwitch* m_sessionSwitch = nullptr;
+    Sequences m_sequences;
     BeatClock m_beatClock;
     QElapsedTimer m_sinceFirstBeat;
 };

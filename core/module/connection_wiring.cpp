@@ -14,6 +14,7 @@
 #include "painter/qwpainter.h"
 #include "qwview.h"
 #include "receivetimecodedvsobject.h"
+#include "soundserver.h"
 #include "state/learnedcontrol.h"
 #include "state/midi.h"
 #include "state/mode.h"
@@ -32,6 +33,10 @@
 
 using Recorder = WorkerRecorderMultiChannelObject;
 
+// Connects the next receiver of a sequence and notes it.
+#define IN_TURN(sequence, sender, signal, receiver, slot)                                                    \
+    (connect(sender, signal, receiver, slot), (sequence).push_back({receiver, #slot}))
+
 void Connection::wireDevices() {
     connect(m_deviceObject.get(), &DeviceObject::s_SampleInputMultiChannel_All, m_workerRecorder1.get(),
             &Recorder::load);
@@ -43,6 +48,10 @@ void Connection::wireDevices() {
             &QWView::updateBpmSamplerate);
     for (Recorder* recorder : recorders()) {
         connect(m_view, &QWView::s_Record, recorder, &Recorder::record);
+    }
+    for (QWPainter* painter : {m_view->painterDeckA(), m_view->painterDeckB()}) {
+        connect(m_deviceObject.get(), &DeviceObject::s_MissingDevice, painter, &QWPainter::missingDevice);
+        connect(&SoundServer::instance(), &SoundServer::s_Lost, painter, &QWPainter::serverLost);
     }
 }
 
@@ -124,29 +133,30 @@ void Connection::wireRunSequence() {
     Mode* mode = Singleton::instance().mode();
     QWGridTool* tool = m_view->gridTool();
     // The order of these connections is the order of the start.
-    connect(mode, &Mode::s_RunApp, tool->playButton(), &QB2Push::checked);
-    connect(mode, &Mode::s_RunApp, tool->recordToggle(), &QBToggle::disabled);
-    connect(mode, &Mode::s_RunApp, m_view->painterDeckA(), &QWPainter::resetCurve_Main);
-    connect(mode, &Mode::s_RunApp, m_view->painterDeckB(), &QWPainter::resetCurve_Main);
-    connect(mode, &Mode::s_RunApp, m_view->painterDeckA(), &QWPainter::forgetTrouble);
-    connect(mode, &Mode::s_RunApp, m_view->painterDeckB(), &QWPainter::forgetTrouble);
-    connect(mode, &Mode::s_RunApp, mode, &Mode::modeCurrentTimerAutoresize_on);
-    connect(mode, &Mode::s_RunApp, this, &Connection::timerRunAllSound);
-    connect(mode, &Mode::s_RunApp, tool->bpmComboBox(), &QComboBoxBpm::disabled);
-    connect(mode, &Mode::s_RunApp, m_threadMidi->worker(), &WorkerMidiObject::startRun);
+    IN_TURN(m_sequences.run, mode, &Mode::s_RunApp, tool->playButton(), &QB2Push::checked);
+    IN_TURN(m_sequences.run, mode, &Mode::s_RunApp, tool->recordToggle(), &QBToggle::disabled);
+    IN_TURN(m_sequences.run, mode, &Mode::s_RunApp, m_view->painterDeckA(), &QWPainter::resetCurve_Main);
+    IN_TURN(m_sequences.run, mode, &Mode::s_RunApp, m_view->painterDeckB(), &QWPainter::resetCurve_Main);
+    IN_TURN(m_sequences.run, mode, &Mode::s_RunApp, m_view->painterDeckA(), &QWPainter::forgetTrouble);
+    IN_TURN(m_sequences.run, mode, &Mode::s_RunApp, m_view->painterDeckB(), &QWPainter::forgetTrouble);
+    IN_TURN(m_sequences.run, mode, &Mode::s_RunApp, mode, &Mode::modeCurrentTimerAutoresize_on);
+    IN_TURN(m_sequences.run, mode, &Mode::s_RunApp, this, &Connection::timerRunAllSound);
+    IN_TURN(m_sequences.run, mode, &Mode::s_RunApp, tool->bpmComboBox(), &QComboBoxBpm::disabled);
+    IN_TURN(m_sequences.run, mode, &Mode::s_RunApp, m_threadMidi->worker(), &WorkerMidiObject::startRun);
     for (Recorder* recorder : recorders()) {
-        connect(mode, &Mode::s_RunApp, recorder, &Recorder::timecodePrepare);
+        IN_TURN(m_sequences.run, mode, &Mode::s_RunApp, recorder, &Recorder::timecodePrepare);
     }
-    connect(mode, &Mode::s_RunApp, m_view->painterDeckA(), &QWPainter::initGraph);
-    connect(mode, &Mode::s_RunApp, m_view->painterDeckB(), &QWPainter::initGraph);
-    connect(mode, &Mode::s_RunApp, m_deviceObject.get(), &DeviceObject::runDevices);
+    IN_TURN(m_sequences.run, mode, &Mode::s_RunApp, m_view->painterDeckA(), &QWPainter::initGraph);
+    IN_TURN(m_sequences.run, mode, &Mode::s_RunApp, m_view->painterDeckB(), &QWPainter::initGraph);
+    IN_TURN(m_sequences.run, mode, &Mode::s_RunApp, m_deviceObject.get(), &DeviceObject::runDevices);
 
     // And this is the order at the end of the count-in.
     for (Recorder* recorder : recorders()) {
-        connect(this, &Connection::s_startTraining, recorder, &Recorder::timecodeInitialise);
+        IN_TURN(m_sequences.start, this, &Connection::s_startTraining, recorder,
+                &Recorder::timecodeInitialise);
     }
-    connect(this, &Connection::s_startTraining, m_view, &QWView::playSound);
-    connect(this, &Connection::s_startTraining, mode, &Mode::modeRun_on);
+    IN_TURN(m_sequences.start, this, &Connection::s_startTraining, m_view, &QWView::playSound);
+    IN_TURN(m_sequences.start, this, &Connection::s_startTraining, mode, &Mode::modeRun_on);
 }
 
 void Connection::wireStopSequence() {
@@ -155,21 +165,21 @@ void Connection::wireStopSequence() {
     // The order of these connections is the order of the stop. The small files are written before the large
     // ones, so that a disk that fills up costs the end of a take and not the curves.
     for (Recorder* recorder : recorders()) {
-        connect(mode, &Mode::s_StopApp, recorder, &Recorder::halt);
+        IN_TURN(m_sequences.stop, mode, &Mode::s_StopApp, recorder, &Recorder::halt);
     }
-    connect(mode, &Mode::s_StopApp, m_view, &QWView::exportFile);
+    IN_TURN(m_sequences.stop, mode, &Mode::s_StopApp, m_view, &QWView::exportFile);
     for (Recorder* recorder : recorders()) {
-        connect(mode, &Mode::s_StopApp, recorder, &Recorder::stop);
+        IN_TURN(m_sequences.stop, mode, &Mode::s_StopApp, recorder, &Recorder::stop);
         // Queued: the session is not taken apart under the recorder that reports the loss.
         connect(recorder, &Recorder::s_StreamLost, this, &Connection::endSession, Qt::QueuedConnection);
     }
-    connect(mode, &Mode::s_StopApp, this, &Connection::stopAllSound);
-    connect(mode, &Mode::s_StopApp, tool->playButton(), &QB2Push::unchecked);
-    connect(mode, &Mode::s_StopApp, tool->recordToggle(), &QBToggle::enabled);
-    connect(mode, &Mode::s_StopApp, tool->bpmComboBox(), &QComboBoxBpm::enabled);
-    connect(mode, &Mode::s_StopApp, mode, &Mode::modeCurrentTimerAutoresize_off);
-    connect(mode, &Mode::s_StopApp, m_threadMidi->worker(), &WorkerMidiObject::stopRun);
-    connect(mode, &Mode::s_StopApp, mode, &Mode::modeRun_off);
+    IN_TURN(m_sequences.stop, mode, &Mode::s_StopApp, this, &Connection::stopAllSound);
+    IN_TURN(m_sequences.stop, mode, &Mode::s_StopApp, tool->playButton(), &QB2Push::unchecked);
+    IN_TURN(m_sequences.stop, mode, &Mode::s_StopApp, tool->recordToggle(), &QBToggle::enabled);
+    IN_TURN(m_sequences.stop, mode, &Mode::s_StopApp, tool->bpmComboBox(), &QComboBoxBpm::enabled);
+    IN_TURN(m_sequences.stop, mode, &Mode::s_StopApp, mode, &Mode::modeCurrentTimerAutoresize_off);
+    IN_TURN(m_sequences.stop, mode, &Mode::s_StopApp, m_threadMidi->worker(), &WorkerMidiObject::stopRun);
+    IN_TURN(m_sequences.stop, mode, &Mode::s_StopApp, mode, &Mode::modeRun_off);
 }
 
 void Connection::wireShutdown() {
@@ -188,4 +198,8 @@ void Connection::showStoredState() {
     applyTimecodeChoice(shared.setting()->timecode(), *shared.mode());
     m_view->showInput(ModelInput::TEXT_A);
     tool->mixToggle()->toggle_on();
+    if (SoundServer::instance().lost()) { // before this window came
+        m_view->painterDeckA()->serverLost();
+        m_view->painterDeckB()->serverLost();
+    }
 }

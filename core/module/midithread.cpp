@@ -5,6 +5,16 @@
 #include <QDeadlineTimer>
 #include <QThread>
 
+#include <atomic>
+
+namespace {
+std::atomic<int> left{0};
+} // namespace
+
+bool MidiThread::leftBehind() {
+    return left.load() > 0;
+}
+
 MidiThread::MidiThread() : m_worker(new WorkerMidiObject), m_thread(new QThread) {
     m_thread->setObjectName(QStringLiteral("threadMidi"));
     m_worker->moveToThread(m_thread);
@@ -20,5 +30,8 @@ MidiThread::~MidiThread() {
     m_worker->deleteLater();
     if (m_thread->wait(QDeadlineTimer(endDeadline))) {
         delete m_thread;
+    } else {
+        ++left;
+        QObject::connect(m_thread, &QObject::destroyed, [] { --left; });
     }
 }

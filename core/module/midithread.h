@@ -10,7 +10,9 @@ class MidiThread {
 public:
     /// How long the destructor waits for the port to close. What a sound server keeps from returning is left
     /// to itself after that: it goes when the server comes back, or with the process.
-    static constexpr std::chrono::milliseconds endDeadline{1500};
+    static constexpr std::chrono::milliseconds endDeadline{500};
+    /// A thread was left to itself and is still there. Thread-safe.
+    static bool leftBehind();
 
     MidiThread();
     ~MidiThread();

@@ -155,6 +155,15 @@ bool WorkerRecorderMultiChannelObject::callbacksMissing() const {
            steadyMs() - m_lastBufferMs > aliveWithin;
 }
 
+bool WorkerRecorderMultiChannelObject::isRead() const {
+    for (const Group* group : {&m_master, &m_deckA, &m_deckB}) {
+        if (group->sample != nullptr && (group->decoder != nullptr || group->take != nullptr)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 void WorkerRecorderMultiChannelObject::halt() {
     m_housekeeping.stop();
     if (m_stream == nullptr) {
@@ -233,7 +242,7 @@ void WorkerRecorderMultiChannelObject::housekeeping() {
             tellSilent(false);
         }
     } else if (steadyMs() - m_lastBufferMs > lostAfter) {
-        if (buffers > 0) {
+        if (buffers > 0 && isRead()) {
             m_housekeeping.stop();
             Q_EMIT s_StreamLost();
         } else if (!m_silent) {

@@ -50,7 +50,8 @@ Q_SIGNALS:
     void s_SilentInput(ModelGraph::EnumGraph name, bool silent);
     /// The take couldn't be written, or not whole, to this file.
     void s_NotWritten(QString path);
-    /// The stream has run and calls no more: the sound server is gone or stands still.
+    /// The stream has run and calls no more: the sound server is gone or stands still. Not sent for a stream
+    /// that nothing reads: its master is reported silent.
     void s_StreamLost();
 
 public Q_SLOTS:
@@ -87,6 +88,8 @@ private:
     void setFeeding(bool feeding);
     bool restart(Group& group, InputGroup* target);
     bool callbacksMissing() const;
+    /// Something is done with what the stream brings: it feeds a deck or is recorded.
+    bool isRead() const;
     /// For each input that is served.
     void tellSilent(bool silent);
     void writeTakes();

@@ -6,6 +6,7 @@
 
 #include <portaudio.h>
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -41,11 +42,12 @@ QString labelOf(const std::array<Label, N>& labels, const SettingMixer& mixer, c
 } // namespace
 
 std::vector<DeviceDescription> presentDevices() {
-    std::vector<DeviceDescription> devices;
     const PortAudioSession session;
-    if (!session.ok()) {
-        return devices;
-    }
+    return session.ok() ? listedDevices() : std::vector<DeviceDescription>{};
+}
+
+std::vector<DeviceDescription> listedDevices() {
+    std::vector<DeviceDescription> devices;
     const PaDeviceIndex count = Pa_GetDeviceCount();
     for (PaDeviceIndex i = 0; i < count; ++i) {
         DeviceDescription device;
@@ -59,6 +61,18 @@ std::vector<DeviceDescription> presentDevices() {
         devices.push_back(device);
     }
     return devices;
+}
+
+int deviceIndexOf(const std::vector<DeviceDescription>& devices, const QString& name, int index,
+                  int channels) {
+    const auto fits = [&](const DeviceDescription& device) {
+        return device.name == name && device.maxInputChannels >= channels;
+    };
+    if (index >= 0 && index < int(devices.size()) && fits(devices[std::size_t(index)])) {
+        return index;
+    }
+    const auto found = std::find_if(devices.begin(), devices.end(), fits);
+    return found != devices.end() ? int(found - devices.begin()) : -1;
 }
 
 QString hostApiText(int hostApi) {

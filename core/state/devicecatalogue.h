@@ -23,6 +23,14 @@ struct DeviceDescription {
 /// when PortAudio can't start. GUI thread.
 std::vector<DeviceDescription> presentDevices();
 
+/// The same from a library that is up already.
+std::vector<DeviceDescription> listedDevices();
+
+/// Where the input device `name` stands in the list: at `index` if the device there is this one and has at
+/// least `channels` inputs, else at the first one that is and has, -1 if there is none.
+int deviceIndexOf(const std::vector<DeviceDescription>& devices, const QString& name, int index,
+                  int channels);
+
 /// The text that stands for a host API: a fixed list by the running index, empty beyond it. It need not be
 /// the API's true name; it is only compared with itself.
 QString hostApiText(int hostApi);

@@ -36,7 +36,9 @@ struct Client {
 
 std::array<Client, 64> clients; // a client beyond these is passed on and not watched
 std::atomic<bool> serverLost{false};
-std::mutex opening; // JACK opens and closes one client at a time, too
+// One request of this process at a time: a server that is busy with one client's end or start and another
+// client of the same process's at once has been seen to wait for both for ever.
+std::mutex requests;
 
 Client* find(const _jack_client* handle) {
     for (Client& client : clients) {
@@ -71,7 +73,7 @@ extern "C" {
 _jack_client* jack_client_open(const char* name, int options, int* status, ...) {
     static auto* const pass = next<_jack_client*(const char*, int, int*, ...)>("jack_client_open");
     static auto* const watch = next<void(_jack_client*, JackShutdownCallback, void*)>("jack_on_shutdown");
-    const std::lock_guard locked(opening);
+    const std::lock_guard locked(requests);
     if (pass == nullptr || watch == nullptr || (serverLost.load() && anyOpen())) {
         if (status != nullptr) {
             *status = statusFailure | statusNoServer;
@@ -107,7 +109,7 @@ void jack_on_shutdown(_jack_client* handle, JackShutdownCallback told, void* arg
 
 int jack_client_close(_jack_client* handle) {
     static auto* const pass = next<int(_jack_client*)>("jack_client_close");
-    const std::lock_guard locked(opening);
+    const std::lock_guard locked(requests);
     if (pass != nullptr) {
         pass(handle);
     }
@@ -117,8 +119,15 @@ int jack_client_close(_jack_client* handle) {
     return 0;
 }
 
+int jack_activate(_jack_client* handle) {
+    static auto* const pass = next<int(_jack_client*)>("jack_activate");
+    const std::lock_guard locked(requests);
+    return pass != nullptr ? pass(handle) : -1;
+}
+
 int jack_deactivate(_jack_client* handle) {
     static auto* const pass = next<int(_jack_client*)>("jack_deactivate");
+    const std::lock_guard locked(requests);
     if (pass != nullptr) {
         pass(handle);
     }

@@ -9,7 +9,7 @@
 
 namespace {
 
-std::atomic<bool> libraryBlocked{false};
+std::atomic<int> blocks{0};
 
 } // namespace
 
@@ -28,9 +28,12 @@ PortAudioSession::~PortAudioSession() {
     }
 }
 
-void PortAudioSession::setBlocked(bool blocked) {
-    libraryBlocked.store(blocked, std::memory_order_release);
+void PortAudioSession::block() {
+    blocks.fetch_add(1);
+}
+void PortAudioSession::unblock() {
+    blocks.fetch_sub(1);
 }
 bool PortAudioSession::blocked() {
-    return libraryBlocked.load(std::memory_order_acquire);
+    return blocks.load() > 0;
 }

@@ -10,14 +10,15 @@ public:
     PortAudioSession(const PortAudioSession&) = delete;
     PortAudioSession& operator=(const PortAudioSession&) = delete;
 
-    /// False if the library couldn't start, or must not be touched at present (see setBlocked).
+    /// False if the library couldn't start, or must not be touched at present (see block).
     bool ok() const { return m_ok; }
     /// Leaves the initialisation standing: somebody else ends it.
     void release() { m_ok = false; }
 
-    /// While a lost sound server keeps a call of the library from returning, nobody may call it again: no
-    /// session starts until unblocked. Thread-safe.
-    static void setBlocked(bool blocked);
+    /// While a sound server keeps a call of the library from returning, or has gone, nobody may call the
+    /// library: no session starts until as many have unblocked as have blocked. Thread-safe.
+    static void block();
+    static void unblock();
     static bool blocked();
 
 private:

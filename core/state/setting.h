@@ -22,6 +22,9 @@ public:
     /// For another file than the data folder's.
     Setting(const QString& fileName, QObject* parent);
 
+    /// Writes to the file now what would be written at the process's end.
+    void save() { m_settings.sync(); }
+
     // Devices. Each call parses the text anew; the pointer is good until the next call of the same getter.
     ObjectAudioDevice* inputDeckA();
     ObjectAudioDevice* inputDeckB();

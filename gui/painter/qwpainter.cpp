@@ -270,10 +270,21 @@ void QWPainter::notWritten(QString path) {
     m_notWritten << path;
 }
 
+void QWPainter::missingDevice(ModelGraph::EnumGraph name, const QString& device) {
+    if (name == m_deckName || name == ModelGraph::INPUT_MASTER) {
+        m_missingDevice = device;
+    }
+}
+
+void QWPainter::serverLost() {
+    m_serverLost = true;
+}
+
 void QWPainter::forgetTrouble() {
     m_lost = 0;
     m_notWritten.clear();
     m_silent = false;
+    m_missingDevice.clear();
 }
 
 void QWPainter::showCountIn(int count) {

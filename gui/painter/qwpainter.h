@@ -159,6 +159,10 @@ public Q_SLOTS:
     void silentInput(ModelGraph::EnumGraph name, bool silent);
     /// This file couldn't be written, or not whole: shown until the next start.
     void notWritten(QString path);
+    /// The device of input `name` isn't there: shown until the next start, a master's on both graphs.
+    void missingDevice(ModelGraph::EnumGraph name, const QString& device);
+    /// The sound server has gone: shown for good.
+    void serverLost();
     /// A session starts: what went wrong in the last one isn't shown any more.
     void forgetTrouble();
 
@@ -210,6 +214,8 @@ private:
     void drawTagNumber(QPainter& painter) const;
     void drawBeatGrid(QPainter& painter, const GraphScale& scale, const GraphOptions& options,
                       const std::optional<LabelSpan>& cursorText, LabelCache& labels);
+    /// What is told in red below the plot: what couldn't be written, line by line, and the gravest of the rest.
+    QStringList troubles() const;
     void drawTrouble(QPainter& painter) const;
     void drawCurves(const CurveScene& scene);
     void drawCountIn(QPainter& painter) const;
@@ -243,6 +249,8 @@ private:
     quint64 m_lost = 0; ///< samples and points without room
     bool m_silent = false;
     QStringList m_notWritten; ///< paths
+    QString m_missingDevice;
+    bool m_serverLost = false;
     QImage m_logoSource;
     QImage m_logo; ///< the source on its ground, at the size and the pixel ratio of this graph
     QColor m_logoGround;

@@ -252,16 +252,25 @@ void QWPainter::drawBeatGrid(QPainter& painter, const GraphScale& scale, const G
                        .cursorText = cursorText});
 }
 
-void QWPainter::drawTrouble(QPainter& painter) const {
+QStringList QWPainter::troubles() const {
     QStringList lines;
     for (const QString& path : m_notWritten) {
         lines << tr("Not written: %1").arg(path);
     }
-    if (m_silent) {
+    if (m_serverLost) {
+        lines << tr("The sound server was lost. Start the program again.");
+    } else if (!m_missingDevice.isEmpty()) {
+        lines << tr("The device isn't there: %1").arg(m_missingDevice);
+    } else if (m_silent) {
         lines << tr("No sound from the device");
     } else if (m_lost > 0) {
         lines << tr("Out of memory: %1 samples lost").arg(m_lost);
     }
+    return lines;
+}
+
+void QWPainter::drawTrouble(QPainter& painter) const {
+    const QStringList lines = troubles();
     if (lines.isEmpty()) {
         return;
     }

@@ -55,6 +55,7 @@ private Q_SLOTS:
         deck.graph.ringBufferLatencyMs(1.0, 3, 32);
         QSignalSpy start(&deck.graph, &QWPainter::s_InitStart);
         mode().setGraphBeats(8.0);
+        QVERIFY(!deck.graph.latencyText().isEmpty());
         deck.graph.initGraph();
         QCOMPARE(deck.graph.xRange(),
                  (GraphRange{std::trunc(-0.96 * 8 * beat), std::trunc(0.04 * 8 * beat)}));
@@ -517,6 +518,35 @@ private Q_SLOTS:
         deck.graph.forgetTrouble();
         QCOMPARE(redPixelsBelowThePlot(deck.graph), cursor);
     }
+    void aMissingDeviceIsShownUntilTheNextStart() {
+        DeckGraph deck(ModelGraph::INPUT_DECKB, {900, 300});
+        const int cursor = redPixelsBelowThePlot(deck.graph);
+        deck.graph.missingDevice(ModelGraph::INPUT_DECKA, QStringLiteral("card"));
+        QCOMPARE(redPixelsBelowThePlot(deck.graph), cursor); // not its own
+        for (const auto name : {ModelGraph::INPUT_DECKB, ModelGraph::INPUT_MASTER}) {
+            deck.graph.missingDevice(name, QStringLiteral("card"));
+            const int shorter = redPixelsBelowThePlot(deck.graph);
+            QVERIFY(shorter > cursor + 20);
+            deck.graph.missingDevice(name, QStringLiteral("a card of a longer name"));
+            QVERIFY(redPixelsBelowThePlot(deck.graph) > shorter + 20); // it is named
+            deck.graph.forgetTrouble();
+            QCOMPARE(redPixelsBelowThePlot(deck.graph), cursor);
+        }
+    }
+    void aLostServerIsShownForGoodAndBeforeAllElse() {
+        DeckGraph deck(ModelGraph::INPUT_DECKA, {900, 300});
+        const int cursor = redPixelsBelowThePlot(deck.graph);
+        deck.graph.serverLost();
+        const QImage told = deck.graph.grab().toImage();
+        QVERIFY(redPixelsBelowThePlot(deck.graph) > cursor + 20);
+        deck.graph.forgetTrouble();
+        QCOMPARE(deck.graph.grab().toImage(), told);
+        deck.graph.silentInput(ModelGraph::INPUT_DECKA, true);
+        deck.graph.missingDevice(ModelGraph::INPUT_DECKA, QStringLiteral("card"));
+        deck.graph.overflow(4711);
+        QCOMPARE(deck.graph.grab().toImage(), told);
+    }
+
     void aResizedGraphIsLaidOutAnew() {
         DeckGraph deck;
         deck.graph.show();

@@ -39,6 +39,23 @@ int visibleSplashes() {
     return count;
 }
 
+// "receiver: slot" for each step of a sequence.
+QStringList wordsOf(const std::vector<Connection::Step>& sequence, const Connection& connection) {
+    const auto recorders = connection.recorders();
+    QStringList words;
+    for (const Connection::Step& step : sequence) {
+        QString receiver = QString::fromLatin1(step.receiver->metaObject()->className());
+        receiver = step.receiver == connection.view()->painterDeckA()   ? u"graph A"_s
+                   : step.receiver == connection.view()->painterDeckB() ? u"graph B"_s
+                                                                        : receiver;
+        for (std::size_t i = 0; i < recorders.size(); ++i) {
+            receiver = step.receiver == recorders[i] ? u"recorder %1"_s.arg(i + 1) : receiver;
+        }
+        words << receiver + u": "_s + QString::fromLatin1(step.slot.mid(step.slot.lastIndexOf(':') + 1));
+    }
+    return words;
+}
+
 RecordingLooperTraining& entry() {
     return *Singleton::instance().recordingLooperTraining();
 }
@@ -122,6 +139,104 @@ private Q_SLOTS:
         session.mode().modeTraining_off();
         QVERIFY(!session.mode().modeRun());
         QVERIFY(!session.mode().modeStartSynchronized());
+    }
+
+    void theCountInsIntervalIsTheTemposTruncated_data() {
+        QTest::addColumn<double>("bpm");
+        QTest::addColumn<int>("interval");
+        QTest::newRow("1200") << 1200.0 << 50;
+        QTest::newRow("1130, 53.097 ms") << 1130.0 << 53;
+        QTest::newRow("100, a whole number") << 100.0 << 600;
+        QTest::newRow("97, 618.557 ms") << 97.0 << 618;
+        QTest::newRow("84, 714.286 ms") << 84.0 << 714;
+        QTest::newRow("79.93, 750.657 ms") << 79.93 << 750;
+        QTest::newRow("61, 983.607 ms") << 61.0 << 983;
+    }
+    void theCountInsIntervalIsTheTemposTruncated() {
+        QFETCH(double, bpm);
+        QFETCH(int, interval);
+        Session session;
+        QSet<QTimer*> before;
+        const auto timers = session.connection().findChildren<QTimer*>(Qt::FindDirectChildrenOnly);
+        for (QTimer* timer : timers) {
+            if (timer->isActive()) {
+                before << timer;
+            }
+        }
+        entry().setBpmEffective(bpm);
+        session.connection().timerRunAllSound();
+        QList<int> started;
+        for (const QTimer* timer : timers) {
+            if (timer->isActive() && !before.contains(const_cast<QTimer*>(timer))) {
+                QCOMPARE(timer->timerType(), Qt::PreciseTimer);
+                started << timer->interval();
+            }
+        }
+        QCOMPARE(started, QList<int>{interval});
+    }
+
+    // ---- who comes when ----
+
+    void aSessionsStartReachesItsReceiversInTheirOrder() {
+        Session session;
+        const Connection& connection = session.connection();
+        QCOMPARE(
+            wordsOf(connection.sequences().run, connection),
+            (QStringList{u"QB2Push: checked"_s, u"QBToggle: disabled"_s, u"graph A: resetCurve_Main"_s,
+                         u"graph B: resetCurve_Main"_s, u"graph A: forgetTrouble"_s,
+                         u"graph B: forgetTrouble"_s, u"Mode: modeCurrentTimerAutoresize_on"_s,
+                         u"Connection: timerRunAllSound"_s, u"QComboBoxBpm: disabled"_s,
+                         u"WorkerMidiObject: startRun"_s, u"recorder 1: timecodePrepare"_s,
+                         u"recorder 2: timecodePrepare"_s, u"recorder 3: timecodePrepare"_s,
+                         u"graph A: initGraph"_s, u"graph B: initGraph"_s, u"DeviceObject: runDevices"_s}));
+        QCOMPARE(connection.sequences().run[1].receiver, session.tool().recordToggle());
+    }
+
+    void theCountInsEndReachesItsReceiversInTheirOrder() {
+        Session session;
+        const Connection& connection = session.connection();
+        QCOMPARE(wordsOf(connection.sequences().start, connection),
+                 (QStringList{u"recorder 1: timecodeInitialise"_s, u"recorder 2: timecodeInitialise"_s,
+                              u"recorder 3: timecodeInitialise"_s, u"QWView: playSound"_s,
+                              u"Mode: modeRun_on"_s}));
+    }
+
+    void aSessionsEndReachesItsReceiversInTheirOrder() {
+        Session session;
+        const Connection& connection = session.connection();
+        QCOMPARE(wordsOf(connection.sequences().stop, connection),
+                 (QStringList{u"recorder 1: halt"_s, u"recorder 2: halt"_s, u"recorder 3: halt"_s,
+                              u"QWView: exportFile"_s, u"recorder 1: stop"_s, u"recorder 2: stop"_s,
+                              u"recorder 3: stop"_s, u"Connection: stopAllSound"_s, u"QB2Push: unchecked"_s,
+                              u"QBToggle: enabled"_s, u"QComboBoxBpm: enabled"_s,
+                              u"Mode: modeCurrentTimerAutoresize_off"_s, u"WorkerMidiObject: stopRun"_s,
+                              u"Mode: modeRun_off"_s}));
+        QCOMPARE(connection.sequences().stop[9].receiver, session.tool().recordToggle());
+    }
+
+    // Every receiver of the three signals is one of a sequence.
+    void nobodyElseHearsOfAStartOrAnEnd() {
+        class Counted : public Mode {
+        public:
+            static int receiversOf(const Mode& mode, const char* signal) {
+                return (mode.*(&Counted::receivers))(signal);
+            }
+        };
+        class CountedConnection : public Connection {
+        public:
+            static int receiversOf(const Connection& connection, const char* signal) {
+                return (connection.*(&CountedConnection::receivers))(signal);
+            }
+        };
+        const int run = Counted::receiversOf(Session::mode(), SIGNAL(s_RunApp()));
+        const int stop = Counted::receiversOf(Session::mode(), SIGNAL(s_StopApp()));
+        Session session;
+        const Connection::Sequences& sequences = session.connection().sequences();
+        QCOMPARE(Counted::receiversOf(Session::mode(), SIGNAL(s_RunApp())) - run, int(sequences.run.size()));
+        QCOMPARE(Counted::receiversOf(Session::mode(), SIGNAL(s_StopApp())) - stop,
+                 int(sequences.stop.size()));
+        QCOMPARE(CountedConnection::receiversOf(session.connection(), SIGNAL(s_startTraining())),
+                 int(sequences.start.size()));
     }
 
     void stoppingInTheCountInStillEndsInRunAllSoundAndLeavesTheSynchronisedFlagSet() {

@@ -243,6 +243,48 @@ private Q_SLOTS:
         QCOMPARE(program.exitStatus(), QProcess::NormalExit);
         QCOMPARE(program.exitCode(), 0);
     }
+
+    void aServerThatIsGoneKeepsItFromEndingNotASecond_data() {
+        QTest::addColumn<int>("later"); // ms between the server's end and the program's
+        QTest::newRow("at once") << 0;
+        QTest::newRow("before the loss is noticed") << 1000;
+        QTest::newRow("after the session has ended") << 4000;
+    }
+    void aServerThatIsGoneKeepsItFromEndingNotASecond() {
+        QFETCH(int, later);
+        JackServer server;
+        QVERIFY(server.start());
+        VirtualDeck deck({u"--pattern"_s, u"chirp"_s});
+        QVERIFY(deck.start());
+        QTemporaryDir place;
+        TiedProcess program;
+        QProcessEnvironment with = environment(place);
+        with.insert(u"JACK_DEFAULT_SERVER"_s, server.name());
+        program.setProcessEnvironment(with);
+        program.start(installed(place), QStringList());
+        QString window;
+        QVERIFY(
+            QTest::qWaitFor([&] { return !(window = mainWindow(program.processId())).isEmpty(); }, 20000));
+        QTest::qWait(2500); // beyond the splash
+        run(u"xdotool"_s, {u"key"_s, u"space"_s});
+        QTest::qWait(6000); // the count-in takes 3.6 s
+        QVERIFY(run(u"jack_lsp"_s, {u"-c"_s, u"-s"_s, server.name(), u"crossfader"_s}).contains(u"RtMidi"_s));
+        server.kill();
+        QTest::qWait(later);
+        QElapsedTimer clock;
+        clock.start();
+        program.terminate();
+        const bool ended = program.waitForFinished(20000);
+        qInfo("ended after %lld ms", clock.elapsed());
+        if (!ended) {
+            program.kill();
+            program.waitForFinished(5000);
+        }
+        QVERIFY(ended);
+        QVERIFY(clock.elapsed() < 1000);
+        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(program.exitCode(), 0);
+    }
 };
 
 GRAMO_TEST_MAIN(tst_Program)

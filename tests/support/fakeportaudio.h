@@ -25,9 +25,11 @@ struct FakeStream {
     PaStreamCallback* callback = nullptr;
     void* user = nullptr;
     bool hadOutput = false;
+    bool onServer = false;
     bool started = false;
-    bool stopped = false;
-    bool closed = false;
+    std::atomic<bool> stopped{false};
+    std::atomic<bool> closed{false};
+    std::atomic<bool> hang{false}; ///< its Pa_StopStream doesn't come back while this is set
 
     /// One buffer, as the library's thread would bring it. Returns what the callback returns.
     int call(const void* samples, unsigned long count) const {
@@ -44,7 +46,20 @@ struct FakePortAudio {
     bool openable = true;            ///< Pa_OpenStream succeeds
     bool streamStartable = true;     ///< Pa_StartStream succeeds; if not, it complains as the library does
     std::atomic<bool> hang{false};   ///< Pa_StopStream doesn't come back while this is set
+    /// What all devices lie on. A stream on JACK brings an empty buffer whenever it is asked if it is active,
+    /// unless its server is gone or stands still.
+    PaHostApiTypeId hostApi = paALSA;
+    enum Server { Runs, StandsStill, IsGone };
+    std::atomic<Server> server{Runs};
+    std::atomic<int> deadly{0};  ///< calls of a kind that ends the process, since its server is gone
+    std::atomic<int> inside{0};  ///< calls under way that concern a stream
+    std::atomic<int> crowded{0}; ///< such calls that began while another one was under way
     std::vector<PaDeviceInfo> infos;
+    PaHostApiInfo hostApiInfo{};
+
+    bool serverGone() const { return hostApi == paJACK && server == IsGone; }
+    /// Keeps the caller while the server stands still. False if it is gone.
+    bool serverAnswers() const;
 
     static FakePortAudio& instance() {
         static auto& fake = *new FakePortAudio; // outlives every thread that may still call

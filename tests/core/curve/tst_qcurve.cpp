@@ -93,7 +93,7 @@ private Q_SLOTS:
         double max = 0.0;
         bool found = false;
         f.curve->minMaxPosition(20, 80, min, max, found);
-        QVERIFY(f.curve->lastVisible() > 0);
+        QVERIFY(f.curve->firstVisible() > 0 && f.curve->lastVisible() > 0);
         f.curve->resetCurve();
         QVERIFY(f.curve->points().empty());
         QCOMPARE(f.curve->firstVisible(), std::size_t{0});

@@ -61,6 +61,15 @@ private Q_SLOTS:
         const std::vector<std::int16_t> pcm = play(traktor(), -1.0).render(0, rate);
         timecoderSubmit(tc, pcm.data(), rate);
         timecoderGetPosition(tc, nullptr);
+        tc.forwards = false;
+        for (TimecoderChannel* ch : {tc.primary.get(), tc.secondary.get()}) {
+            *ch = {.positive = true, .swapped = true, .zero = 7, .crossingTicker = 7};
+        }
+        *tc.pitch = {.dt = 7.0, .x = 7.0, .v = 7.0};
+        tc.refLevel = tc.flags = 7;
+        tc.bitstream = tc.timecode = tc.validCounter = tc.timecodeTicker = 7;
+        tc.quarterCycle = 7.0;
+        tc.positionKnown = true;
         timecoderInit(tc, &serato(), frames, phono);
         QCOMPARE(tc.def, &serato());
         QCOMPARE(tc.dt, 1.0 / frames);
@@ -77,6 +86,9 @@ private Q_SLOTS:
         QVERIFY(tc.pitch->x == 0.0 && tc.pitch->v == 0.0);
         QCOMPARE(tc.refLevel, 0x7FFFFFFF);
         QCOMPARE(tc.bitstream | tc.timecode | tc.validCounter | tc.timecodeTicker, 0U);
+        QCOMPARE(tc.quarterCycle, 1.0 / serato().resolution() * 0.25);
+        QCOMPARE(tc.flags, serato().flags());
+        QVERIFY(!tc.positionKnown);
         QCOMPARE(timecoderGetPosition(tc, nullptr), -1);
     }
 

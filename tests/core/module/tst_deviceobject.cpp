@@ -102,7 +102,8 @@ private Q_SLOTS:
         }
         QCOMPARE(signals_,
                  QStringList({u"s_SampleInputMultiChannel_All"_s, u"s_SampleInputMultiChannel_DeckB"_s,
-                              u"s_SampleInputMultiChannel_Master"_s, u"s_SampleOutputPlayBack"_s}));
+                              u"s_SampleInputMultiChannel_Master"_s, u"s_SampleOutputPlayBack"_s,
+                              u"s_MissingDevice"_s}));
     }
 
     void theStoredDevicesAreTakenAndEachDeckIsAnnounced() {
@@ -189,6 +190,99 @@ private Q_SLOTS:
         if (ear.master != nullptr) {
             QCOMPARE(ear.master->name(), ModelGraph::INPUT_MASTER);
         }
+    }
+
+    // ---- at the start of a session a device is its name ----
+
+    void aDeviceThatHasMovedIsFoundByItsName_data() {
+        QTest::addColumn<bool>("chosenBefore"); // while it still had its index
+        QTest::newRow("since it was chosen") << true;
+        QTest::newRow("since it was stored") << false;
+    }
+    void aDeviceThatHasMovedIsFoundByItsName() {
+        QFETCH(bool, chosenBefore);
+        store(entry(1, 0), entry(1, 1), entry(1, 2), {});
+        shared().mode()->modeRecorder_on();
+        DeviceObject devices;
+        const auto move = [] { library().devices.erase(library().devices.begin()); };
+        if (!chosenBefore) {
+            move();
+        }
+        devices.controllerDevices();
+        QCOMPARE(shared().performance()->sample(ModelGraph::INPUT_DECKA)->deviceName(),
+                 chosenBefore ? u"card 1"_s : QString()); // what is chosen is chosen by the whole text
+        if (chosenBefore) {
+            move();
+        }
+        Ear ear(devices);
+        QSignalSpy missing(&devices, &DeviceObject::s_MissingDevice);
+        devices.runDevices();
+        QCOMPARE(ear.take(), QStringList(u"All:A:MAB"_s)); // one device, so one stream
+        QCOMPARE(ear.deckA->deviceName(), u"card 1"_s);
+        QCOMPARE(ear.deckA->sampleRate(), 44100.0);
+        QCOMPARE(ear.deckA->channelCount(), 4);
+        QCOMPARE(ear.deckB->channelFirst(), 1);
+        QCOMPARE(ear.master->channelFirst(), 2);
+        QCOMPARE(ear.deckA, shared().performance()->sample(ModelGraph::INPUT_DECKA));
+        QCOMPARE(shared().pathFile()->fileDeckA() + u".wav"_s, ear.deckA->fileName());
+        QCOMPARE(shared().pathFile()->fileDeckB() + u".wav"_s, ear.deckB->fileName());
+        QCOMPARE(shared().pathFile()->fileMaster() + u".wav"_s, ear.master->fileName());
+        QCOMPARE(missing.count(), 0);
+        QCOMPARE(int(library().initialised), 0);
+    }
+
+    void aDeviceThatIsntThereIsTold_data() {
+        QTest::addColumn<bool>("chosenBefore");
+        QTest::addColumn<bool>("recording");
+        QTest::addColumn<QStringList>("told");
+        const QStringList decks{u"A:card 1"_s, u"B:card 2"_s};
+        const QStringList all = decks + QStringList(u"M:card 2"_s);
+        QTest::newRow("gone since it was chosen") << true << false << decks; // an unread master isn't missed
+        QTest::newRow("never there") << false << false << decks;
+        QTest::newRow("gone, recorded") << true << true << all;
+        QTest::newRow("never there, recorded") << false << true << all;
+    }
+    void aDeviceThatIsntThereIsTold() {
+        QFETCH(bool, chosenBefore);
+        QFETCH(bool, recording);
+        QFETCH(QStringList, told);
+        store(entry(1, 0), entry(2, 1), entry(2, 2), {});
+        if (recording) {
+            shared().mode()->modeRecorder_on();
+        }
+        DeviceObject devices;
+        const auto unplug = [] {
+            library().devices[1].name = "another card";
+            library().devices[2].inputs = 2; // of that name, with too few channels
+        };
+        if (!chosenBefore) {
+            unplug();
+        }
+        devices.controllerDevices();
+        if (chosenBefore) {
+            unplug();
+        }
+        Ear ear(devices);
+        QStringList heard;
+        connect(&devices, &DeviceObject::s_MissingDevice, this,
+                [&](ModelGraph::EnumGraph name, const QString& device) {
+                    heard << roleOf(name) + u':' + device;
+                });
+        devices.runDevices();
+        QCOMPARE(heard, told);
+        QVERIFY(ear.take().isEmpty());
+    }
+
+    void whatWasNeverStoredIsntMissed() {
+        shared().mode()->modeRecorder_on();
+        DeviceObject devices;
+        devices.controllerDevices();
+        QSignalSpy missing(&devices, &DeviceObject::s_MissingDevice);
+        devices.runDevices();
+        store(u"----- ALSA -----"_s, u"nonsense"_s, {}, {});
+        devices.controllerDevices();
+        devices.runDevices();
+        QCOMPARE(missing.count(), 0);
     }
 
     void theOutputComesLastAndOnlyWhenThereIsOne() {

@@ -6,6 +6,7 @@
 #include "support/fakeportaudio.h"
 #include "support/testmain.h"
 
+#include <QElapsedTimer>
 #include <QTemporaryFile>
 #include <QTest>
 
@@ -36,6 +37,8 @@ private Q_SLOTS:
         library().openable = true;
         library().startable = true;
         library().streamStartable = true;
+        library().hostApi = paALSA;
+        library().crowded = 0;
         m_state = std::make_shared<InputCallbackState>();
         m_state->mode = &m_mode;
     }
@@ -75,12 +78,36 @@ private Q_SLOTS:
         QCOMPARE(m_state->buffers.load(), std::uint64_t{2});
     }
 
+    // ---- a device is its name ----
+
+    void aDeviceThatHasMovedIsFoundByItsName() {
+        library().devices = {
+            {"card", 44100.0, 2, 0, 0}, {"other", 48000.0, 8, 8, 0}, {"card", 44100.0, 4, 0, 0}};
+        InputStream stream(m_state);
+        QVERIFY(stream.open(card(1), 64));                   // another one has its place
+        QCOMPARE(library().streams.back()->input.device, 2); // the first of that name has too few channels
+        QVERIFY(stream.close());
+        InputStream beyond(m_state);
+        QVERIFY(beyond.open(card(7), 64));
+        QCOMPARE(library().streams.back()->input.device, 2);
+    }
+
+    void aDeviceThatIsntThereGetsNoStream() {
+        library().devices = {
+            {"other", 48000.0, 4, 2, 0}, {"another", 44100.0, 4, 0, 0}, {"card", 44100.0, 2, 0, 0}};
+        const std::size_t before = library().streams.size();
+        InputStream stream(m_state);
+        QVERIFY(!stream.open(card(1), 64)); // not what stands at its index, however many channels that has
+        QVERIFY(!stream.open(card(2), 64)); // nor with too few channels
+        QVERIFY(!stream.isOpen());
+        QCOMPARE(library().streams.size(), before);
+    }
+
     void whatCantBeOpenedIsntOpen() {
         const std::size_t before = library().streams.size();
         InputStream stream(m_state);
         QVERIFY(!stream.open(QSample(ModelGraph::INPUT_DECKA), 64)); // names no device
-        QVERIFY(!stream.open(card(7), 64));                          // there is none
-        QVERIFY(!stream.open(card(-1), 64));
+        QVERIFY(!stream.open(QSample(ModelGraph::INPUT_DECKA, 1, u"none"_s, 44100.0, 4, 0), 64));
         library().openable = false;
         QVERIFY(!stream.open(card(1), 64));
         QVERIFY(!stream.isOpen());
@@ -154,9 +181,71 @@ private Q_SLOTS:
         QVERIFY(library().streams.back()->closed);
     }
 
+    void streamsAreClosedOneAfterTheOther() {
+        library().hang = true;
+        std::vector<std::unique_ptr<InputStream>> streams;
+        for (int i = 0; i < 3; ++i) {
+            streams.push_back(std::make_unique<InputStream>(std::make_shared<InputCallbackState>()));
+            QVERIFY(streams.back()->open(card(1), 64));
+            QVERIFY(streams.back()->start());
+        }
+        const std::vector<FakeStream*> opened(library().streams.end() - 3, library().streams.end());
+        for (const auto& stream : streams) {
+            QVERIFY(!stream->close(std::chrono::milliseconds(20)));
+        }
+        QTest::qWait(50);
+        for (const FakeStream* stream : opened) {
+            QVERIFY(!stream->stopped && !stream->closed);
+        }
+        library().hang = false;
+        QTRY_VERIFY(!PortAudioSession::blocked());
+        for (const FakeStream* stream : opened) {
+            QVERIFY(stream->stopped && stream->closed);
+        }
+        QCOMPARE(int(library().crowded), 0);
+    }
+
+    void oneThatComesBackDoesntUnblockAnotherThatStillHangs() {
+        InputStream first(m_state);
+        InputStream second(std::make_shared<InputCallbackState>());
+        QVERIFY(first.open(card(1), 64) && first.start());
+        FakeStream& firstOpened = *library().streams.back();
+        QVERIFY(second.open(card(1), 64) && second.start());
+        FakeStream& secondOpened = *library().streams.back();
+        firstOpened.hang = true;
+        secondOpened.hang = true;
+        QVERIFY(!first.close(std::chrono::milliseconds(0)));
+        QVERIFY(!second.close(std::chrono::milliseconds(0)));
+        firstOpened.hang = false;
+        QTRY_VERIFY(firstOpened.closed);
+        QTest::qWait(50);
+        QVERIFY(PortAudioSession::blocked());
+        secondOpened.hang = false;
+        QTRY_VERIFY(!PortAudioSession::blocked());
+        QVERIFY(secondOpened.closed);
+    }
+
+    // Three streams wait for each other, not three deadlines.
+    void behindOneThatHangsNobodyWaits() {
+        library().hang = true;
+        std::vector<std::unique_ptr<InputStream>> streams;
+        for (int i = 0; i < 3; ++i) {
+            streams.push_back(std::make_unique<InputStream>(std::make_shared<InputCallbackState>()));
+            QVERIFY(streams.back()->open(card(1), 64) && streams.back()->start());
+        }
+        QElapsedTimer clock;
+        clock.start();
+        for (const auto& stream : streams) {
+            QVERIFY(!stream->close());
+        }
+        QVERIFY(clock.elapsed() < 2 * InputStream::callDeadline.count());
+        library().hang = false;
+        QTRY_VERIFY(!PortAudioSession::blocked());
+    }
+
     void aCloseWithoutWaitingReturnsAtOnce() {
         InputStream stream(m_state);
-        QVERIFY(stream.open(card(1), 64));
+        QVERIFY(stream.open(card(1), 64) && stream.start());
         library().hang = true;
         QVERIFY(!stream.close(std::chrono::milliseconds(0)));
         library().hang = false;

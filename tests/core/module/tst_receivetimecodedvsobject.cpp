@@ -209,6 +209,21 @@ private Q_SLOTS:
         deck.decoder.updateBPM();
         deck.play(SyntheticRecord(rowOf(u"serato_sideA_FullDVS"_s), 48000.0, Motion()), 0, 20000);
         QVERIFY(shared().timecode()->isTimecodeOn(deckA));
+        // Whatever playing has left or not: nothing of it may stand.
+        auto& preset = const_cast<DeckState&>(deck.decoder.state());
+        preset.gate.lastCode = 1234;
+        preset.gate.jumpForward = preset.gate.jumpBackward = true;
+        preset.travelled = 1.5;
+        preset.lastPosition = 2.5;
+        preset.forwards = false;
+        preset.filter.predictedSpeed = 3.5;
+        preset.filter.acceleration = 4.5;
+        preset.filter.lastSpeed = 5.5;
+        preset.filter.fastTracking = true;
+        for (int i = 0; i < 5; ++i) {
+            deck.ring.push(CurvePoint());
+        }
+        QVERIFY(deck.ring.fill() > 0 && deck.ring.maxFill() > 0);
         const double trackedX = deck.decoder.state().filter.trackedX;
         const double next = deck.decoder.state().nextPointTime;
         deck.decoder.initialise();
@@ -220,6 +235,8 @@ private Q_SLOTS:
         QCOMPARE(state.filter.predictedSpeed, 0.0);
         QCOMPARE(state.filter.acceleration, 0.0);
         QCOMPARE(state.filter.lastSpeed, 0.0);
+        QVERIFY(!state.filter.fastTracking && !state.gate.jumpForward && !state.gate.jumpBackward);
+        QVERIFY(trackedX != 0.0 && next != 0.0);
         QCOMPARE(state.filter.trackedX, trackedX);
         QCOMPARE(state.nextPointTime, next);
         QCOMPARE(deck.ring.fill(), std::size_t{0});

@@ -234,6 +234,10 @@ private Q_SLOTS:
     void aClearLeavesThePositionAlone() {
         TrackingFilter filter;
         filter.step(3.0, 0.5, 1.0 / 48000);
+        for (const double left :
+             {filter.trackedX, filter.predictedSpeed, filter.acceleration, filter.lastSpeed}) {
+            QVERIFY(left != 0.0);
+        }
         filter.fastTracking = true;
         const double x = filter.trackedX;
         filter.clear();
@@ -247,6 +251,10 @@ private Q_SLOTS:
     void forgettingTheSpeedKeepsTheLastOne() {
         TrackingFilter filter;
         filter.step(3.0, 0.5, 1.0 / 48000);
+        for (const double left :
+             {filter.trackedX, filter.predictedSpeed, filter.acceleration, filter.lastSpeed}) {
+            QVERIFY(left != 0.0);
+        }
         filter.fastTracking = true;
         filter.forgetSpeed();
         QCOMPARE(filter.predictedSpeed, 0.0);

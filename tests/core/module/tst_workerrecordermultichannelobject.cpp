@@ -2,6 +2,7 @@
 #include "curve/curvepointstore.h"
 #include "model/qsample.h"
 #include "module/audionotifier.h"
+#include "module/managewav.h"
 #include "module/receivetimecodedvsobject.h"
 #include "module/takestore.h"
 #include "module/wavedata.h"
@@ -411,12 +412,31 @@ private Q_SLOTS:
     void initForgetsWhatWasLoaded() {
         Rig rig;
         Card card;
-        rig.recorder.load(ModelGraph::OUTPUT_MASTER, &card.m, &card.a, &card.b);
+        shared().mode()->modeRecorder_on();
+        library().openable = false;
+        rig.recorder.load(deckA, &card.m, &card.a, &card.b);
+        const InputCallbackState& state = *rig.recorder.callbackState();
+        const std::unique_ptr<ManageWAV> takes[] = {std::unique_ptr<ManageWAV>(state.master.take),
+                                                    std::unique_ptr<ManageWAV>(state.deckA.take),
+                                                    std::unique_ptr<ManageWAV>(state.deckB.take)};
+        const std::int16_t sample = 7;
+        for (const auto& take : takes) {
+            QVERIFY(take != nullptr);
+            take->append(&sample);
+        }
+        QSignalSpy silent(&rig.recorder, &Recorder::s_SilentInput);
+        rig.recorder.record();
+        QCOMPARE(silent.count(), 3);
         rig.recorder.init();
         rig.recorder.record();
-        rig.recorder.stop();
-        QVERIFY(!rig.recorder.isOpen());
-        QCOMPARE(card.a.deviceName(), u"card"_s); // nothing was freed
+        QCOMPARE(silent.count(), 3); // no input is known any more
+        rig.recorder.stop();         // nor a main one, so nothing is ended or written
+        QVERIFY(rig.recorder.callbackState() != nullptr);
+        QVERIFY(!QFileInfo::exists(m_data + u"/Recording/"_s + shared().pathFile()->directoryRecording()));
+        for (const auto& take : takes) { // nothing was freed
+            QCOMPARE(take->samples().size(), std::size_t{1});
+        }
+        QCOMPARE(card.a.deviceName(), u"card"_s);
     }
 
     // ---- the decoders ----
@@ -524,6 +544,29 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(lost.count(), 1, 4 * Recorder::lostAfter);
         QTest::qWait(2 * Recorder::housekeepingInterval);
         QCOMPARE(lost.count(), 1);
+        rig.recorder.stop();
+    }
+
+    void aLostMasterThatNothingReadsEndsNoSession_data() {
+        QTest::addColumn<bool>("recording");
+        QTest::newRow("not recorded") << false;
+        QTest::newRow("recorded") << true;
+    }
+    void aLostMasterThatNothingReadsEndsNoSession() {
+        QFETCH(bool, recording);
+        Rig rig;
+        Card card;
+        if (recording) {
+            shared().mode()->modeRecorder_on();
+        }
+        QSignalSpy lost(&rig.recorder, &Recorder::s_StreamLost);
+        QSignalSpy silent(&rig.recorder, &Recorder::s_SilentInput);
+        rig.recorder.load(master, &card.m, nullptr, nullptr);
+        rig.recorder.record();
+        feed(64);
+        QTest::qWait(Recorder::lostAfter + 4 * Recorder::housekeepingInterval);
+        QCOMPARE(lost.count(), recording ? 1 : 0);
+        QCOMPARE(silent.count(), recording ? 0 : 1);
         rig.recorder.stop();
     }
 

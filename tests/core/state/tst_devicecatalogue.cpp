@@ -45,7 +45,6 @@ private Q_SLOTS:
     void cleanup() {
         FakePortAudio::instance().devices.clear();
         FakePortAudio::instance().startable = true;
-        PortAudioSession::setBlocked(false);
     }
 
     void withoutADeviceThereIsTheEmptyEntryAlone() {
@@ -233,14 +232,43 @@ private Q_SLOTS:
         QCOMPARE(presentDevices().size(), std::size_t{1});
     }
 
+    // ---- by name ----
+
+    void aDeviceIsFoundByItsName_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("index");
+        QTest::addColumn<int>("channels");
+        QTest::addColumn<int>("found");
+        QTest::newRow("where it was") << u"mixer"_s << 1 << 4 << 1;
+        QTest::newRow("where it was, though another one has its name") << u"mixer"_s << 3 << 4 << 3;
+        QTest::newRow("somewhere else") << u"mixer"_s << 0 << 4 << 1;
+        QTest::newRow("beyond the list") << u"mixer"_s << 9 << 4 << 1;
+        QTest::newRow("before the list") << u"mixer"_s << -1 << 4 << 1;
+        QTest::newRow("too few channels where it was") << u"mixer"_s << 1 << 6 << 3;
+        QTest::newRow("too few channels everywhere") << u"mixer"_s << 1 << 8 << -1;
+        QTest::newRow("gone") << u"other"_s << 1 << 2 << -1;
+        QTest::newRow("a name that only begins like it") << u"mix"_s << 1 << 2 << -1;
+        QTest::newRow("inputs count, not outputs") << u"speaker"_s << 2 << 2 << -1;
+    }
+    void aDeviceIsFoundByItsName() {
+        QFETCH(QString, name);
+        QFETCH(int, index);
+        QFETCH(int, channels);
+        QFETCH(int, found);
+        const std::vector<DeviceDescription> devices{device(u"line"_s, 2, 0), device(u"mixer"_s, 4, 0),
+                                                     device(u"speaker"_s, 0, 2), device(u"mixer"_s, 6, 0)};
+        QCOMPARE(deviceIndexOf(devices, name, index, channels), found);
+        QCOMPARE(deviceIndexOf({}, name, index, channels), -1);
+    }
+
     void whileALostServerHoldsTheLibraryNobodyCallsIt() {
         FakePortAudio& fake = FakePortAudio::instance();
         fake.devices = {{"x", 44100.0, 2, 2, 0}};
         const int calls = fake.initialiseCalls;
-        PortAudioSession::setBlocked(true);
+        PortAudioSession::block();
         QVERIFY(presentDevices().empty());
         QCOMPARE(int(fake.initialiseCalls), calls);
-        PortAudioSession::setBlocked(false);
+        PortAudioSession::unblock();
         QCOMPARE(presentDevices().size(), std::size_t{1});
     }
 };

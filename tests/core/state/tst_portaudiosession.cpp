@@ -19,7 +19,7 @@ class tst_PortAudioSession : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void cleanup() {
-        PortAudioSession::setBlocked(false);
+        QVERIFY(!PortAudioSession::blocked());
         FakePortAudio::instance().startable = true;
         FakePortAudio::instance().initialised = 0;
     }
@@ -66,7 +66,7 @@ private Q_SLOTS:
         const int calls = FakePortAudio::instance().initialiseCalls;
         {
             std::optional<PortAudioSession> open(std::in_place);
-            PortAudioSession::setBlocked(true);
+            PortAudioSession::block();
             QVERIFY(PortAudioSession::blocked());
             const PortAudioSession refused;
             QVERIFY(!refused.ok());
@@ -74,7 +74,18 @@ private Q_SLOTS:
             open.reset();
             QCOMPARE(standing(), 1); // left as it stood
         }
-        PortAudioSession::setBlocked(false);
+        PortAudioSession::unblock();
+        QVERIFY(PortAudioSession().ok());
+    }
+
+    void oneThatComesBackDoesntFreeWhatAnotherOneHolds() {
+        PortAudioSession::block();
+        PortAudioSession::block();
+        PortAudioSession::unblock();
+        QVERIFY(PortAudioSession::blocked());
+        QVERIFY(!PortAudioSession().ok());
+        PortAudioSession::unblock();
+        QVERIFY(!PortAudioSession::blocked());
         QVERIFY(PortAudioSession().ok());
     }
 
