@@ -60,10 +60,10 @@ private Q_SLOTS:
             QCOMPARE(GraphOptions::read(setting).shini, mode);
         }
     }
-    void aCurveIsAtLeastOnePixelWide() {
+    void aCurveOfNoWidthHasTheUsualOne() {
         Setting setting(m_folder.filePath(QStringLiteral("width.ini")), nullptr);
         for (const auto& [stored, width] :
-             {std::pair(-5, 1), {0, 1}, {1, 1}, {12, 12}, {100, 100}, {101, 100}}) {
+             {std::pair(-5, 8), {0, 8}, {1, 1}, {12, 12}, {100, 100}, {101, 100}}) {
             setting.setCurveOnSize(stored);
             QCOMPARE(GraphOptions::read(setting).curveOnSize, width);
         }
