@@ -3,6 +3,7 @@
 
 #include "button/qb2push.h"
 #include "button/qbtoggle.h"
+#include "curve/qcurve.h"
 #include "menu/qwgridtool.h"
 #include "module/connection.h"
 #include "module/workerrecordermultichannelobject.h"
@@ -65,6 +66,13 @@ public:
     bool stop() {
         QTest::mouseClick(tool().playButton(), Qt::LeftButton);
         return QTest::qWaitFor([] { return !mode().modeTraining(); }, 15000);
+    }
+    /// Waits until deck A's curve holds as much, however long the machine takes for it.
+    bool hear(double seconds) const {
+        const QCurve* curve = m_connection->view()->painterDeckA()->mainCurve();
+        constexpr double pointsASecond = 48000.0 / 64.0;
+        return QTest::qWaitFor([&] { return double(curve->points().size()) >= seconds * pointsASecond; },
+                               60000);
     }
     /// The folder of the running or last recording.
     static QDir folder() {

@@ -21,7 +21,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr int takeSeconds = 6;
+constexpr int takeSeconds = 5;
 constexpr double framesPerBeat = JackServer::rate * 60.0 / 84.0;
 const QString fader = u"0:Virtual Deck:crossfader"_s;
 
@@ -77,6 +77,7 @@ private Q_SLOTS:
             QFile::copy(QDir(QStringLiteral(GRAMO_TEST_DIR)).filePath(u"../appdata/Input/MixerWindows.ini"_s),
                         m_data.filePath(u"AppData/Input/MixerWindows.ini"_s)));
         useDataFolder(m_data.filePath(u"AppData"_s));
+        Singleton::instance().recordingLooperTraining()->setBpmEffective(400.0); // a short count-in
     }
     void init() {
         m_server = std::make_unique<JackServer>();
@@ -114,7 +115,7 @@ private Q_SLOTS:
         QCOMPARE(midi.crossFader(), ModelCrossFader::MIDDLE);
         QSignalSpy changes(&midi, &Midi::crossFaderChanged);
         QVERIFY(session.start());
-        QTest::qWait(takeSeconds * 1000);
+        QVERIFY(session.hear(takeSeconds));
         QVERIFY(session.stop());
 
         // Zones: the middle and the right end in turn, never the left one.
@@ -152,7 +153,7 @@ private Q_SLOTS:
         Session session;
         QTest::mouseClick(session.tool().reverseToggle(), Qt::LeftButton);
         QVERIFY(session.start());
-        QTest::qWait(3000);
+        QVERIFY(session.hear(3));
         QVERIFY(session.stop());
         QTest::mouseClick(session.tool().reverseToggle(), Qt::LeftButton);
         const Stretches a = stretchesOf(session.connection().view()->painterDeckA());
@@ -167,7 +168,7 @@ private Q_SLOTS:
         storeFader();
         Session session;
         QVERIFY(session.start());
-        QTest::qWait(2000);
+        QVERIFY(session.hear(2));
         QVERIFY(session.stop());
         const Stretches a = stretchesOf(session.connection().view()->painterDeckA());
         QVERIFY(a.points > 500);
@@ -181,7 +182,7 @@ private Q_SLOTS:
         Session session;
         for (int i = 0; i < 2; ++i) {
             QVERIFY(session.start());
-            QTest::qWait(3000);
+            QVERIFY(session.hear(3));
             QVERIFY(session.stop());
             const Stretches a = stretchesOf(session.connection().view()->painterDeckA());
             qInfo("session %d: %zu cuts in %.2f beats", i + 1, a.cuts.size(), a.beats);
@@ -196,7 +197,7 @@ private Q_SLOTS:
         setting().setLearnMidi(0, 7);
         Session session;
         QVERIFY(session.start());
-        QTest::qWait(2000);
+        QVERIFY(session.hear(2));
         QVERIFY(session.stop());
         const Stretches a = stretchesOf(session.connection().view()->painterDeckA());
         QVERIFY(a.points > 500);
@@ -222,7 +223,7 @@ private Q_SLOTS:
         auto session = std::make_unique<Session>();
         QVERIFY(session->start());
         QVERIFY(session->connection().recorders()[0]->isRunning());
-        QTest::qWait(500);
+        QVERIFY(session->hear(0.5));
         ::kill(static_cast<pid_t>(m_server->pid()), SIGSTOP);
         const bool ended = QTest::qWaitFor([] { return !Session::mode().modeTraining(); }, 20000);
         QElapsedTimer closing;
@@ -243,7 +244,7 @@ private Q_SLOTS:
         auto session = std::make_unique<Session>();
         QVERIFY(session->start());
         QVERIFY(session->connection().recorders()[0]->isRunning());
-        QTest::qWait(500);
+        QVERIFY(session->hear(0.5));
         m_server->kill();
         QVERIFY(QTest::qWaitFor([] { return !Session::mode().modeTraining(); }, 20000));
         QElapsedTimer closing;

@@ -80,6 +80,26 @@ class tst_Program : public QObject {
         return environment;
     }
 
+    static bool splashIsGone(qint64 pid) {
+        return QTest::qWaitFor(
+            [&] {
+                return run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--pid"_s, QString::number(pid)})
+                           .split(u'\n')
+                           .size() == 1;
+            },
+            20000);
+    }
+    // A session runs: behind the count-in its streams are connected. Then two seconds for them.
+    static bool hears(const JackServer& server) {
+        const bool connected = QTest::qWaitFor(
+            [&] {
+                return run(u"jack_lsp"_s, {u"-c"_s, u"-s"_s, server.name(), u"deckA_left"_s})
+                    .contains(u"PortAudio"_s);
+            },
+            20000);
+        QTest::qWait(2000);
+        return connected;
+    }
     // The main window: visible, maximised. The splash is smaller and goes by itself.
     static QString mainWindow(qint64 pid) {
         const QStringList windows =
@@ -111,7 +131,7 @@ private Q_SLOTS:
         qInfo("maximised after %lld ms", since.elapsed());
         const QString geometry = run(u"xdotool"_s, {u"getwindowgeometry"_s, u"--shell"_s, window});
         QVERIFY2(geometry.contains(u"WIDTH=1920"_s), qPrintable(geometry));
-        QTest::qWait(2500); // beyond the splash
+        QVERIFY(splashIsGone(program.processId()));
         QCOMPARE(program.state(), QProcess::Running);
         run(u"wmctrl"_s, {u"-i"_s, u"-c"_s, window});
         QVERIFY(program.waitForFinished(10000));
@@ -189,14 +209,14 @@ private Q_SLOTS:
         QString window;
         QVERIFY(
             QTest::qWaitFor([&] { return !(window = mainWindow(program.processId())).isEmpty(); }, 20000));
-        QTest::qWait(2500); // beyond the splash
+        QVERIFY(splashIsGone(program.processId()));
         const QString geometry = run(u"xdotool"_s, {u"getwindowgeometry"_s, u"--shell"_s, window});
         static const QRegularExpression height(u"HEIGHT=(\\d+)"_s);
         const int bottom = height.match(geometry).captured(1).toInt();
         run(u"xdotool"_s, {u"mousemove"_s, u"--window"_s, window, u"30"_s, QString::number(bottom - 30),
                            u"click"_s, u"1"_s});
         run(u"xdotool"_s, {u"key"_s, u"space"_s});
-        QTest::qWait(6000); // the count-in takes 3.6 s
+        QVERIFY(hears(server));
         program.terminate();
         QVERIFY(program.waitForFinished(10000));
         QCOMPARE(program.exitCode(), 0);
@@ -227,9 +247,9 @@ private Q_SLOTS:
         QString window;
         QVERIFY(
             QTest::qWaitFor([&] { return !(window = mainWindow(program.processId())).isEmpty(); }, 20000));
-        QTest::qWait(2500); // beyond the splash
+        QVERIFY(splashIsGone(program.processId()));
         run(u"xdotool"_s, {u"key"_s, u"space"_s});
-        QTest::qWait(6000); // the count-in takes 3.6 s
+        QVERIFY(hears(server));
         QVERIFY(run(u"jack_lsp"_s, {u"-c"_s, u"-s"_s, server.name(), u"crossfader"_s}).contains(u"RtMidi"_s));
         ::kill(static_cast<pid_t>(server.pid()), SIGSTOP);
         program.terminate();
@@ -265,9 +285,9 @@ private Q_SLOTS:
         QString window;
         QVERIFY(
             QTest::qWaitFor([&] { return !(window = mainWindow(program.processId())).isEmpty(); }, 20000));
-        QTest::qWait(2500); // beyond the splash
+        QVERIFY(splashIsGone(program.processId()));
         run(u"xdotool"_s, {u"key"_s, u"space"_s});
-        QTest::qWait(6000); // the count-in takes 3.6 s
+        QVERIFY(hears(server));
         QVERIFY(run(u"jack_lsp"_s, {u"-c"_s, u"-s"_s, server.name(), u"crossfader"_s}).contains(u"RtMidi"_s));
         server.kill();
         QTest::qWait(later);

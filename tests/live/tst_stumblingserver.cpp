@@ -1,5 +1,5 @@
-// A sound server that stands still for moments, as on a busy machine: the libraries' threads start and end side
-// by side, and nobody dies of it.
+// A sound server that stands still for moments, as on a busy machine: the libraries' threads start and end
+// side by side, and nobody dies of it.
 
 #include "liverig.h"
 #include "support/testmain.h"
