@@ -214,7 +214,8 @@ private:
     void drawTagNumber(QPainter& painter) const;
     void drawBeatGrid(QPainter& painter, const GraphScale& scale, const GraphOptions& options,
                       const std::optional<LabelSpan>& cursorText, LabelCache& labels);
-    /// What is told in red below the plot: what couldn't be written, line by line, and the gravest of the rest.
+    /// What is told in red below the plot: what couldn't be written, line by line, and the gravest of the
+    /// rest.
     QStringList troubles() const;
     void drawTrouble(QPainter& painter) const;
     void drawCurves(const CurveScene& scene);
