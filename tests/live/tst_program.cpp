@@ -89,6 +89,29 @@ class tst_Program : public QObject {
             },
             20000);
     }
+    static bool hasTheKeyboard(const QString& window) {
+        return QTest::qWaitFor(
+            [&] {
+                if (run(u"xdotool"_s, {u"getwindowfocus"_s}) == window) {
+                    return true;
+                }
+                run(u"xdotool"_s, {u"windowactivate"_s, window});
+                return false;
+            },
+            20000);
+    }
+    // The main window of `program`, started on a server, once it is alone and has the keyboard; empty if it
+    // doesn't come.
+    static QString comesUp(TiedProcess& program, const QTemporaryDir& place, const JackServer& server) {
+        QProcessEnvironment with = environment(place);
+        with.insert(u"JACK_DEFAULT_SERVER"_s, server.name());
+        program.setProcessEnvironment(with);
+        program.start(installed(place), QStringList());
+        QString window;
+        const bool there =
+            QTest::qWaitFor([&] { return !(window = mainWindow(program.processId())).isEmpty(); }, 20000);
+        return there && splashIsGone(program.processId()) && hasTheKeyboard(window) ? window : QString();
+    }
     // A session runs: behind the count-in its streams are connected. Then two seconds for them.
     static bool hears(const JackServer& server) {
         const bool connected = QTest::qWaitFor(
@@ -202,14 +225,8 @@ private Q_SLOTS:
         QVERIFY(deck.start());
         QTemporaryDir place;
         TiedProcess program;
-        QProcessEnvironment with = environment(place);
-        with.insert(u"JACK_DEFAULT_SERVER"_s, server.name());
-        program.setProcessEnvironment(with);
-        program.start(installed(place), QStringList());
-        QString window;
-        QVERIFY(
-            QTest::qWaitFor([&] { return !(window = mainWindow(program.processId())).isEmpty(); }, 20000));
-        QVERIFY(splashIsGone(program.processId()));
+        const QString window = comesUp(program, place, server);
+        QVERIFY(!window.isEmpty());
         const QString geometry = run(u"xdotool"_s, {u"getwindowgeometry"_s, u"--shell"_s, window});
         static const QRegularExpression height(u"HEIGHT=(\\d+)"_s);
         const int bottom = height.match(geometry).captured(1).toInt();
@@ -240,14 +257,7 @@ private Q_SLOTS:
         QVERIFY(deck.start());
         QTemporaryDir place;
         TiedProcess program;
-        QProcessEnvironment with = environment(place);
-        with.insert(u"JACK_DEFAULT_SERVER"_s, server.name());
-        program.setProcessEnvironment(with);
-        program.start(installed(place), QStringList());
-        QString window;
-        QVERIFY(
-            QTest::qWaitFor([&] { return !(window = mainWindow(program.processId())).isEmpty(); }, 20000));
-        QVERIFY(splashIsGone(program.processId()));
+        QVERIFY(!comesUp(program, place, server).isEmpty());
         run(u"xdotool"_s, {u"key"_s, u"space"_s});
         QVERIFY(hears(server));
         QVERIFY(run(u"jack_lsp"_s, {u"-c"_s, u"-s"_s, server.name(), u"crossfader"_s}).contains(u"RtMidi"_s));
@@ -278,14 +288,7 @@ private Q_SLOTS:
         QVERIFY(deck.start());
         QTemporaryDir place;
         TiedProcess program;
-        QProcessEnvironment with = environment(place);
-        with.insert(u"JACK_DEFAULT_SERVER"_s, server.name());
-        program.setProcessEnvironment(with);
-        program.start(installed(place), QStringList());
-        QString window;
-        QVERIFY(
-            QTest::qWaitFor([&] { return !(window = mainWindow(program.processId())).isEmpty(); }, 20000));
-        QVERIFY(splashIsGone(program.processId()));
+        QVERIFY(!comesUp(program, place, server).isEmpty());
         run(u"xdotool"_s, {u"key"_s, u"space"_s});
         QVERIFY(hears(server));
         QVERIFY(run(u"jack_lsp"_s, {u"-c"_s, u"-s"_s, server.name(), u"crossfader"_s}).contains(u"RtMidi"_s));
