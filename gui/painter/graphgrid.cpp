@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <vector>
 
 namespace {
@@ -26,6 +27,7 @@ struct BeatLine {
     double x;
     QString text;
     bool heavy;
+    double number; ///< steps from frame 0: the same while the range moves
 };
 
 struct ValueLine {
@@ -87,10 +89,11 @@ std::vector<BeatLine> beatLines(const GridScene& scene) {
     const double from = std::trunc(scene.scale.x().min);
     const double to = std::trunc(scene.scale.x().max);
     std::vector<BeatLine> lines;
-    for (const double tick : gridTicks(xGridStep(from, to, scene.beatLength), from, to)) {
+    const double step = xGridStep(from, to, scene.beatLength);
+    for (const double tick : gridTicks(step, from, to)) {
         const QString text =
             beatText(gridBeat(tick, scene.firstMetronome, scene.sampleRate, scene.bpmEffective));
-        lines.push_back({scene.scale.column(tick), text, isHeavyBeat(text)});
+        lines.push_back({scene.scale.column(tick), text, isHeavyBeat(text), std::round(tick / step)});
     }
     return lines;
 }
@@ -146,28 +149,41 @@ void drawLines(QPainter& painter, const GridScene& scene, const std::vector<Beat
     }
 }
 
-/// Numbers of three digits don't fit side by side below 64 beats on a small graph: then only the bars have
-/// theirs.
-bool numbersCollide(const QPainter& painter, const GridScene& scene, const std::vector<BeatLine>& beats) {
+/// Every how-manieth of these lines has its number, so that the numbers don't touch.
+int numberStride(const QPainter& painter, const GridScene& scene, const std::vector<BeatLine>& beats) {
     if (beats.size() < 2) {
-        return false;
+        return 1;
     }
     const double distance = (beats.back().x - beats.front().x) / double(beats.size() - 1);
-    const double room = distance - labelGap - 1.0; // lines stand in whole columns
-    return std::max(scene.labels.width(painter, beats.front().text),
-                    scene.labels.width(painter, beats.back().text)) > room;
+    const double widest = std::max(scene.labels.width(painter, beats.front().text),
+                                   scene.labels.width(painter, beats.back().text));
+    return labelStride(distance, widest + labelGap + 1.0); // lines stand in whole columns
+}
+
+/// Numbers of three digits don't fit side by side below 64 beats on a small graph: then only the bars have
+/// theirs, and of bars that stand as close only some of them, the same ones while the range moves.
+std::vector<BeatLine> numberedLines(const QPainter& painter, const GridScene& scene,
+                                    std::vector<BeatLine> beats) {
+    const auto isHeavy = [](const BeatLine& beat) { return beat.heavy; };
+    if (numberStride(painter, scene, beats) == 1) {
+        return beats;
+    }
+    if (std::any_of(beats.begin(), beats.end(), isHeavy)) {
+        std::erase_if(beats, std::not_fn(isHeavy));
+    }
+    if (const int stride = numberStride(painter, scene, beats); stride > 1) {
+        const double step = beats[1].number - beats[0].number;
+        std::erase_if(beats, [&](const BeatLine& beat) {
+            return std::fmod(std::floor(beat.number / step), stride) != 0.0;
+        });
+    }
+    return beats;
 }
 
 void drawBeatNumbers(QPainter& painter, const GridScene& scene, const std::vector<BeatLine>& beats,
                      LabelRow& row) {
     const int top = truncated(scene.layout.plotBottom);
-    const bool barsAlone =
-        numbersCollide(painter, scene, beats) &&
-        std::any_of(beats.begin(), beats.end(), [](const BeatLine& beat) { return beat.heavy; });
-    for (const BeatLine& beat : beats) {
-        if (barsAlone && !beat.heavy) {
-            continue;
-        }
+    for (const BeatLine& beat : numberedLines(painter, scene, beats)) {
         const LabelSpan span = spanWithin(beat.x, scene.labels.width(painter, beat.text), scene.width);
         if (row.take(span)) {
             scene.labels.draw(painter,

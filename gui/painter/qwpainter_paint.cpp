@@ -36,6 +36,7 @@ constexpr double logoSide = 400.0; // the logo fits into this square, pixels
 constexpr int logoLeft = 65;
 constexpr int logoAbovePlotBottom = 20;
 constexpr int countInPoints = 80;
+constexpr int troubleMargin = 4; // of ground to either side of the text, pixels
 
 // What the curve shows of the range; names its visible stretch on the way.
 std::optional<GraphRange> extremesOf(QCurve& curve, const GraphRange& x) {
@@ -152,7 +153,6 @@ void QWPainter::drawFrame(QPainter& painter, GraphLabels& labels) {
     if (options.grid) {
         drawBeatGrid(painter, scale, options, cursor.text(), labels.grid);
     }
-    drawTrouble(painter);
     drawCurves({painter, scale, options, QRectF(rect()), m_mode.displayMode(), &m_areaColors,
                 m_layout.hasDirectWave() ? m_wavePainter->wavePairs() : std::span<const WavePair>(),
                 &m_shiniIcons, m_mode.modeReverse()});
@@ -161,6 +161,7 @@ void QWPainter::drawFrame(QPainter& painter, GraphLabels& labels) {
         m_vinylPosition->draw(painter, m_cursorTime, options.vinylColorRotation, m_layout.plotBottom,
                               labels.names);
     }
+    drawTrouble(painter);
     drawCountIn(painter);
 }
 
@@ -275,9 +276,17 @@ void QWPainter::drawTrouble(QPainter& painter) const {
         return;
     }
     const TextStyle style(painter, ModelGraph::CURRENT);
-    // What the space below the plot doesn't hold grows up into it.
+    // What the space below the plot doesn't hold grows up into it. Over half of the beat numbers, over curves
+    // or the wave's bar nobody could read it: the ground is laid below it.
     const QRect place(205, m_layout.plotTop, width() - 365, m_layout.captionBottom - m_layout.plotTop);
-    painter.drawText(place, Qt::AlignLeft | Qt::AlignBottom | Qt::TextWrapAnywhere, lines.join(u'\n'));
+    constexpr int flags = Qt::AlignLeft | Qt::AlignBottom | Qt::TextWrapAnywhere;
+    const QString text = lines.join(u'\n');
+    QRect below = painter.boundingRect(place, flags, text).adjusted(-troubleMargin, 0, troubleMargin, 0);
+    if (below.top() < m_layout.labelBottom) {
+        below.setTop(std::min(below.top(), truncated(m_layout.plotBottom) + troubleMargin));
+    }
+    painter.fillRect(below & place.adjusted(-troubleMargin, 0, troubleMargin, 0), m_ground);
+    painter.drawText(place, flags, text);
 }
 
 void QWPainter::drawCurves(const CurveScene& scene) {

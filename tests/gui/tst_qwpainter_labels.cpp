@@ -125,6 +125,22 @@ private Q_SLOTS:
         deck.setCursor(3.5 * beatLength()); // and come back
         QVERIFY(inkIn(pictureOf(deck.graph), QRect(beat3 - 8, top, 16, height)) > 5);
     }
+    // A number for each of them had no room.
+    void ofManyBarsEverySecondHasItsNumberHoweverTheRangeMoves() {
+        DeckGraph deck(ModelGraph::INPUT_DECKA, lowGraph);
+        deck.setCursor(-1e9);
+        const int top = int(deck.graph.layoutPixels().plotBottom) + textTop;
+        const int height = deck.graph.layoutPixels().labelBottom - top;
+        for (const double from : {-20.0, -17.0, -13.0, -8.0, 4.0}) {
+            showBeats(deck, from, from + 300.0);
+            const QImage picture = pictureOf(deck.graph);
+            for (int bar = int(from) / 4 + 2; bar < int(from) / 4 + 72; ++bar) {
+                const int x = int(deck.scale().mapX(4.0 * bar * beatLength()));
+                const bool numbered = inkIn(picture, QRect(x - 2, top, 5, height)) > 0;
+                QVERIFY2(numbered == (bar % 2 == 0), qPrintable(QString::number(4 * bar)));
+            }
+        }
+    }
     void theEdgesCutNoTextOff() {
         setting().setLatency(true);
         for (const int beats : {16, 8}) { // their last one stands at the right edge

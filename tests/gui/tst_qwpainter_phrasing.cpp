@@ -38,6 +38,7 @@ struct Messages {
     QList<QMessageBox::StandardButtons> buttons;
     bool onTopWithoutAFrame = true;
     bool inTheMiddle = true;
+    bool asTheyAre = true; ///< nothing in them counts as markup
 
     template <typename Action> explicit Messages(Action action) {
         QTimer look;
@@ -49,6 +50,7 @@ struct Messages {
             texts << box->text();
             titles << box->windowTitle();
             buttons << box->standardButtons();
+            asTheyAre = asTheyAre && box->textFormat() == Qt::PlainText;
             const Qt::WindowFlags wanted = Qt::WindowStaysOnTopHint | Qt::FramelessWindowHint;
             onTopWithoutAFrame = onTopWithoutAFrame && (box->windowFlags() & wanted) == wanted;
             const QPoint off = box->geometry().center() - QApplication::primaryScreen()->geometry().center();
@@ -212,6 +214,7 @@ private Q_SLOTS:
         QVERIFY2(said.texts[0].contains(path), qPrintable(said.texts[0]));
         QVERIFY(said.onTopWithoutAFrame);
         QVERIFY(said.inTheMiddle);
+        QVERIFY(said.asTheyAre);
         QCOMPARE(made.count(), 0);
         QVERIFY(!QFile::exists(path)); // nor half a file
         const Messages silent([&] { a.graph.createGRPXML(path, false); });

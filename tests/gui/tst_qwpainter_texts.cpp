@@ -1,8 +1,10 @@
 // Where the texts of the graph stand, how large they are and in which colour, against the same text as a
 // painter puts it there: whatever the font, both have the same one.
 #include "gui/support/deckgraph.h"
+#include "gui/support/phrasingwave.h"
 #include "painter/curvecolor.h"
 #include "phrasing/managephrasing.h"
+#include "phrasing/wavphrasing.h"
 #include "support/phrasingareas.h"
 #include "support/testmain.h"
 
@@ -199,6 +201,40 @@ private Q_SLOTS:
         QVERIFY(told(QStringLiteral("Out of memory: 4711 samples lost")));
         deck.graph.silentInput(ModelGraph::INPUT_DECKA, true);
         QVERIFY(told(QStringLiteral("No sound from the device")));
+    }
+
+    // With the disc, the numbers, the curves and the wave's bar where the words are.
+    void whatIsWrongCanBeReadWhateverLiesThere() {
+        setting().setGraphGrid(true);
+        setting().setGraphVinylPosition(true);
+        for (const bool wave : {false, true}) {
+            Singleton::instance().wavPhrasing()->setWav(ModelGraph::INPUT_DECKA,
+                                                        wave ? halfLoudWave() : nullptr);
+            DeckGraph deck(ModelGraph::INPUT_DECKA, {1200, 270});
+            deck.graph.generateWavPhrasing();
+            addPoints(deck.main, 8000, 64.0, [](int i, CurvePoint& p) { p.position = 2000.0 * std::sin(i); });
+            deck.graph.setXRange({0, 512000});
+            deck.setCursor(200000.0);
+            QStringList words;
+            for (int line = 0; line < 7; ++line) {
+                const QString path = QStringLiteral("/home/somebody/Recording/%1.wav").arg(line);
+                words << QStringLiteral("Not written: ") + path;
+                deck.graph.notWritten(path);
+                const GraphLayout& layout = deck.graph.layoutPixels();
+                QCOMPARE(layout.hasWaveBar(), wave);
+                const Text expected{
+                    .text = words.join(u'\n'),
+                    .rect = QRect(205, layout.plotTop, 1200 - 365, layout.captionBottom - layout.plotTop),
+                    .flags = Qt::AlignLeft | Qt::AlignBottom,
+                    .color = Qt::red,
+                    .points = 8};
+                const QImage wanted = textOn(deck.graph, expected, 1.0);
+                const QRect place = ink(wanted, deck.graph.rect());
+                QVERIFY(place.height() > 10 * line);
+                QCOMPARE(pictureOf(deck.graph).copy(place), wanted.copy(place));
+            }
+        }
+        Singleton::instance().wavPhrasing()->setWav(ModelGraph::INPUT_DECKA, nullptr);
     }
 
     void theCountInStandsInTheMiddle_data() { ratios(); }

@@ -93,6 +93,33 @@ private Q_SLOTS:
         QCOMPARE(kept, 64);
         QVERIFY(!wav.areaWaveImage(199).isNull() && wav.areaWaveImage(100).isNull());
     }
+    void ofLateAreasNoMorePicturesAreKeptAfterAnEdit() {
+        QWPainterWav wav(ModelGraph::INPUT_DECKA);
+        const auto wave = ramp(72000);
+        std::vector<WaveSegment> segments;
+        for (int i = 0; i < 400; ++i) {
+            segments.push_back({i * 10, i * 10 + 10, QColor(i % 256, 0, 0)});
+        }
+        wav.build(wave, segments);
+        const auto kept = [&] {
+            int count = 0;
+            for (int i = 64; i < 400; ++i) {
+                count += wav.areaWaveImage(i).isNull() ? 0 : 1;
+            }
+            return count;
+        };
+        for (int edit = 0; edit < 3; ++edit) {
+            for (int i = 0; i < 100; ++i) {
+                wav.want(64 + edit * 100 + i);
+                wav.finish();
+            }
+            QCOMPARE(kept(), 64);
+            segments[0].end = 9 - edit;
+            wav.build(wave, segments);
+            wav.finish();
+            QCOMPARE(kept(), 64);
+        }
+    }
     // The key that edits an area waits for none of them.
     void anEditIsDrawnBetweenTheEventsThatFollow() {
         QWPainterWav wav(ModelGraph::INPUT_DECKA);
