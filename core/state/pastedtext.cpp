@@ -4,8 +4,17 @@
 
 namespace {
 
+// A backslash escapes what follows it, another one included.
+bool isEscaped(QStringView text, qsizetype at) {
+    qsizetype first = at;
+    while (first > 0 && text[first - 1] == u'\\') {
+        --first;
+    }
+    return (at - first) % 2 != 0;
+}
+
 bool isQuote(QStringView text, qsizetype at) {
-    return text[at] == u'"' && (at == 0 || text[at - 1] != u'\\');
+    return text[at] == u'"' && !isEscaped(text, at);
 }
 
 // Whether the text has what its own writer puts in quotes or escapes.
@@ -17,7 +26,7 @@ bool isPasted(QStringView text) {
             return true;
         }
     }
-    return false;
+    return isEscaped(inside, inside.size()); // its reader would go on with the next line
 }
 
 } // namespace

@@ -93,7 +93,7 @@ QuietErrorOutput::QuietErrorOutput() {
     aside.store(file, std::memory_order_relaxed);
     saved.store(user, std::memory_order_relaxed);
     watchDeaths();
-    if (file >= 0) {
+    if (user >= 0 && file >= 0) { // else there would be no way back
         dup2(file, STDERR_FILENO);
     }
 }

@@ -150,6 +150,9 @@ PaError Pa_StopStream(PaStream* stream) {
     while (FakePortAudio::instance().hang || static_cast<FakeStream*>(stream)->hang) {
         std::this_thread::yield();
     }
+    if (!FakePortAudio::instance().streamStoppable) {
+        return paUnanticipatedHostError;
+    }
     static_cast<FakeStream*>(stream)->stopped = true;
     return paNoError;
 }

@@ -45,6 +45,7 @@ struct FakePortAudio {
     bool startable = true;           ///< Pa_Initialize succeeds
     bool openable = true;            ///< Pa_OpenStream succeeds
     bool streamStartable = true;     ///< Pa_StartStream succeeds; if not, it complains as the library does
+    bool streamStoppable = true;     ///< Pa_StopStream succeeds
     std::atomic<bool> hang{false};   ///< Pa_StopStream doesn't come back while this is set
     /// What all devices lie on. A stream on JACK brings an empty buffer whenever it is asked if it is active,
     /// unless its server is gone or stands still.

@@ -2,6 +2,7 @@
 #include "module/deviceobject.h"
 #include "state/mode.h"
 #include "state/performance.h"
+#include "state/portaudiosession.h"
 #include "state/setting.h"
 #include "state/singleton.h"
 #include "support/datafolder.h"
@@ -271,6 +272,33 @@ private Q_SLOTS:
         devices.runDevices();
         QCOMPARE(heard, told);
         QVERIFY(ear.take().isEmpty());
+    }
+
+    // The recorders tell then that nothing comes from them; which devices there are can't be asked.
+    void whileTheLibraryIsBlockedWhatWasChosenIsAnnouncedAndNothingIsMissed() {
+        store(entry(1, 0), entry(2, 1), {}, {});
+        DeviceObject devices;
+        devices.controllerDevices();
+        Ear ear(devices);
+        QSignalSpy missing(&devices, &DeviceObject::s_MissingDevice);
+        PortAudioSession::block();
+        devices.runDevices();
+        PortAudioSession::unblock();
+        QCOMPARE(ear.take(), QStringList({u"All:A:-A-"_s, u"DeckB:B:--B"_s}));
+        QCOMPARE(missing.count(), 0);
+    }
+
+    void aStoredLineThatNoStreamCanBeOpenedFromIsntFoundByItsName() {
+        for (const QString& line : {u"9-[card 1]-0/4p0-ALSA-"_s, u"9-[card 1]-44100/1p0-ALSA-"_s}) {
+            store(line, {}, {}, {});
+            DeviceObject devices;
+            devices.controllerDevices();
+            Ear ear(devices);
+            QSignalSpy missing(&devices, &DeviceObject::s_MissingDevice);
+            devices.runDevices();
+            QVERIFY(ear.take().isEmpty());
+            QCOMPARE(missing.count(), 1);
+        }
     }
 
     void whatWasNeverStoredIsntMissed() {

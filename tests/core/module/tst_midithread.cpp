@@ -75,14 +75,17 @@ private Q_SLOTS:
         thread = midi->thread();
         start(*midi);
         QTRY_VERIFY(fake().portIsOpen());
+        QVERIFY(!MidiThread::leftBehind());
         fake().hang = true;
         midi.reset(); // returns
+        QVERIFY(MidiThread::leftBehind());
         QVERIFY(!thread.isNull());
         QVERIFY(thread->isRunning());
         QCOMPARE(fake().alive, 1);
         fake().hang = false;
         QTRY_VERIFY_WITH_TIMEOUT(thread.isNull(), 10000);
         QCOMPARE(fake().alive, 0);
+        QVERIFY(!MidiThread::leftBehind());
     }
 };
 

@@ -118,6 +118,18 @@ private Q_SLOTS:
                  0);
     }
 
+    void aServerThatGoesWhileAStreamIsStoppedLeavesItUnclosed() {
+        QCOMPARE(inAnOwnProcess([] {
+                     Rig rig;
+                     STEP(1, rig.stream->start());
+                     library().streamStoppable = false;
+                     STEP(2, !rig.stream->close());
+                     STEP(3, rig.untouched() && rig.over());
+                     return 0;
+                 }),
+                 0);
+    }
+
     void aServerThatGoesInTheCountInIsNoticedAtTheStart() {
         QCOMPARE(inAnOwnProcess([] {
                      Rig rig;

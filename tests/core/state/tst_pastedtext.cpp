@@ -48,10 +48,13 @@ private Q_SLOTS:
         row("two quoted pieces", "inputDeckA=\"a\",\"b\"", "inputDeckA=\"\\\"a\\\",\\\"b\\\"\"");
         row("a quote that isn't closed", "inputDeckA=12\" deck", "inputDeckA=\"12\\\" deck\"");
         row("a lonely quote", "inputDeckA=\"", "inputDeckA=\"\\\"\"");
+        row("a backslash last", "inputDeckA=a\\", "inputDeckA=\"a\\\\\"");
+        row("a quote behind two backslashes", "inputDeckA=a\\\\\" b", "inputDeckA=\"a\\\\\\\\\\\" b\"");
         row("another key", "inputMidi=a,b", "inputMidi=\"a,b\"");
-        for (const char* line : {"inputDeckA=\"x (hw:0,0)\"", "inputDeckA=plain", "inputDeckA=", "inputDeckA",
-                                 "=a,b", "inputDeckA=\"a \\\"b\\\", \\\\ c\"", "inputDeckA=a \\\"b\\\" c",
-                                 "name=a,b", "InputDeckA=a,b", ";inputDeckA=a,b", "inputDeckA\\x=a,b", ""}) {
+        for (const char* line :
+             {"inputDeckA=\"x (hw:0,0)\"", "inputDeckA=plain", "inputDeckA=", "inputDeckA", "=a,b",
+              "inputDeckA=\"a \\\"b\\\", \\\\ c\"", "inputDeckA=a \\\"b\\\" c", "inputDeckA=\"a,b\\\\\"",
+              "inputDeckA=a\\\\", "name=a,b", "InputDeckA=a,b", ";inputDeckA=a,b", "inputDeckA\\x=a,b", ""}) {
             row(*line == '\0' ? "nothing" : line, line, line);
         }
     }

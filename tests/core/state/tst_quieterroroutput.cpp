@@ -12,6 +12,7 @@
 #include <functional>
 #include <optional>
 #include <stdexcept>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -87,6 +88,18 @@ private Q_SLOTS:
         const int free = dup(STDERR_FILENO); // no descriptor was left open
         QVERIFY2(free < 64, qPrintable(QString::number(free)));
         close(free);
+    }
+
+    void withoutAFreeDescriptorNothingIsTurnedAway() {
+        { const QuietErrorOutput once; } // has its file by now
+        rlimit before{};
+        QCOMPARE(getrlimit(RLIMIT_NOFILE, &before), 0);
+        rlimit none = before;
+        none.rlim_cur = 3; // the three of every process
+        QCOMPARE(setrlimit(RLIMIT_NOFILE, &none), 0);
+        { const QuietErrorOutput quiet; }
+        setrlimit(RLIMIT_NOFILE, &before);
+        QVERIFY(!turnedAway());
     }
 
     void aProcessThatDiesMeanwhileIsHeard() {

@@ -271,6 +271,8 @@ private Q_SLOTS:
         QTest::newRow("quotes") << u"\"Rane\" \\ 'Seventy'"_s;
         QTest::newRow("signs of the file format") << u"a=b;c#d%20@Variant(e)"_s;
         QTest::newRow("an at sign first") << u"@Byte"_s;
+        QTest::newRow("a comma and a backslash last") << u"3-[a, b]-44100/2p0-ALSA-Deck\\"_s;
+        QTest::newRow("a backslash last") << u"3-[HDA]-44100/2p0-ALSA-Deck\\"_s;
         QTest::newRow("other scripts") << u"ターンテーブル Çé ✂"_s;
         QTest::newRow("brackets and slashes") << u"Loop-[Back]/x]-"_s;
         QTest::newRow("blanks at the ends") << u"  x  "_s;
@@ -401,6 +403,8 @@ private Q_SLOTS:
         QTest::newRow("one quote") << u"3-[12\" deck]-44100/2p0-ALSA-"_s;
         QTest::newRow("an equals sign") << u"3-[a=b, c=d]-44100/2p0-ALSA-"_s;
         QTest::newRow("a backslash and a comma") << u"3-[a\\b, c]-44100/2p0-ALSA-"_s;
+        QTest::newRow("a comma and a backslash last") << u"3-[a, b]-44100/2p0-ALSA-Deck\\"_s;
+        QTest::newRow("a backslash last") << u"3-[HDA]-44100/2p0-ALSA-Deck\\"_s;
         QTest::newRow("other scripts") << u"3-[ターン, テーブル]-44100/2p0-ALSA-"_s;
         QTest::newRow("no comma") << u"3-[Line In (USB Mixer)]-48000/4p1-MME-Input DeckB"_s;
     }
