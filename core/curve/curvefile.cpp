@@ -73,8 +73,10 @@ void QCurve::loadFromFile(const QString& fileName, bool loadBpm) {
     const bool trusted = count >= 0 && static_cast<std::size_t>(count) <= CurvePointStore::firstBlock;
     const auto records = static_cast<std::size_t>(trusted ? count : held);
     m_points.renew(records);
-    std::size_t read = 0;
-    for (; read < records && stream.status() == QDataStream::Ok; ++read) {
+    // With the last one, of which only a part may be there.
+    const qint64 begun = std::max<qint64>(0, (file.size() - headerBytes + recordBytes - 1) / recordBytes);
+    const std::size_t there = std::min(records, static_cast<std::size_t>(begun));
+    for (std::size_t i = 0; i < there; ++i) {
         qint32 time = 0;
         qint16 direction = 0;
         qint8 soundOn = 0;
@@ -86,5 +88,5 @@ void QCurve::loadFromFile(const QString& fileName, bool loadBpm) {
         point.soundOn = soundOn != 0;
         m_points.append(point);
     }
-    m_points.appendZeros(records - read);
+    m_points.appendZeros(records - there);
 }

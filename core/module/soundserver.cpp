@@ -34,23 +34,28 @@ bool SoundServer::answers() {
     if (hostApi == nullptr) {
         return true;
     }
-    const bool input = hostApi->defaultInputDevice != paNoDevice;
-    PaStreamParameters parameters{};
-    parameters.device = input ? hostApi->defaultInputDevice : hostApi->defaultOutputDevice;
-    const PaDeviceInfo* device = Pa_GetDeviceInfo(parameters.device);
-    if (device == nullptr) {
-        return true; // nothing to ask
+    // Either direction may be another program's, and that program may have quit: a server that opens one of
+    // them lives.
+    bool asked = false;
+    for (const bool input : {true, false}) {
+        PaStreamParameters parameters{};
+        parameters.device = input ? hostApi->defaultInputDevice : hostApi->defaultOutputDevice;
+        parameters.channelCount = 1;
+        parameters.sampleFormat = paInt16;
+        const PaDeviceInfo* device = Pa_GetDeviceInfo(parameters.device);
+        if (device == nullptr) {
+            continue;
+        }
+        asked = true;
+        const QuietErrorOutput quiet;
+        PaStream* stream = nullptr;
+        if (Pa_OpenStream(&stream, input ? &parameters : nullptr, input ? nullptr : &parameters,
+                          device->defaultSampleRate, paFramesPerBufferUnspecified, paNoFlag, &ignore,
+                          nullptr) == paNoError) {
+            return Pa_CloseStream(stream) == paNoError;
+        }
     }
-    parameters.channelCount = 1;
-    parameters.sampleFormat = paInt16;
-    const QuietErrorOutput quiet;
-    PaStream* stream = nullptr;
-    if (Pa_OpenStream(&stream, input ? &parameters : nullptr, input ? nullptr : &parameters,
-                      device->defaultSampleRate, paFramesPerBufferUnspecified, paNoFlag, &ignore,
-                      nullptr) != paNoError) {
-        return false;
-    }
-    return Pa_CloseStream(stream) == paNoError;
+    return !asked; // nothing to ask
 }
 
 void SoundServer::lose() {

@@ -28,17 +28,18 @@ bool runs(qint64 pid) {
     return !text.mid(text.lastIndexOf(')') + 1).trimmed().startsWith('Z'); // ended, and nobody has asked yet
 }
 
-/// Ids of the processes that have a text in their command line.
-QList<qint64> processesWith(const QString& text) {
-    QList<qint64> found;
+/// Whether a program of this name runs from somewhere below a folder.
+bool runsBelow(const QString& folder, const QString& program) {
     for (const QString& pid : QDir(u"/proc"_s).entryList({u"[0-9]*"_s}, QDir::Dirs)) {
         QFile line(u"/proc/%1/cmdline"_s.arg(pid));
-        if (line.open(QIODevice::ReadOnly) && line.readAll().contains(text.toUtf8()) &&
-            runs(pid.toLongLong())) {
-            found << pid.toLongLong();
+        if (line.open(QIODevice::ReadOnly) && runs(pid.toLongLong())) {
+            const QByteArray command = line.readAll().split('\0').first();
+            if (command.startsWith(folder.toUtf8()) && command.endsWith(program.toUtf8())) {
+                return true;
+            }
         }
     }
-    return found;
+    return false;
 }
 
 QStringList registeredServers() {
@@ -129,7 +130,7 @@ private Q_SLOTS:
         demo.start(QDir(QStringLiteral(GRAMO_TEST_DIR)).filePath(u"../tools/demo/demo.sh"_s),
                    {u"60"_s, place.filePath(u"out"_s)});
         // The program is the last thing that it starts.
-        QVERIFY(QTest::qWaitFor([&] { return !processesWith(u"/home/gramoscope"_s).isEmpty(); }, 60000));
+        QVERIFY(QTest::qWaitFor([&] { return runsBelow(place.path(), u"/home/gramoscope"_s); }, 60000));
         QFile children(u"/proc/%1/task/%1/children"_s.arg(demo.processId()));
         QVERIFY(children.open(QIODevice::ReadOnly));
         const QStringList pids = QString::fromLatin1(children.readAll()).split(u' ', Qt::SkipEmptyParts);

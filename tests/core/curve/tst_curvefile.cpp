@@ -446,6 +446,13 @@ private Q_SLOTS:
         for (std::size_t i = 2; i < 5; ++i) {
             QVERIFY(isZero(all[i]));
         }
+        f.curve->loadFromFile(fileWith(header(90, 4)), false); // not a byte of a point
+        const CurvePointStore::View none = f.curve->points();
+        QCOMPARE(none.size(), std::size_t{4});
+        for (std::size_t i = 0; i < 4; ++i) {
+            QVERIFY(isZero(none[i]));
+            QCOMPARE(none[i].direction, 0);
+        }
     }
 
     void aFileCutAnywhereReadsWhatIsWhole() {
