@@ -123,7 +123,7 @@ InputStream::InputStream(std::shared_ptr<InputCallbackState> state)
             stream->initialised = session.ok();
             session.release(); // ended by close
         },
-        callDeadline);
+        openDeadline);
     m_usable = finished && m_stream->initialised;
 }
 
@@ -137,7 +137,7 @@ bool InputStream::open(const QSample& sample, unsigned long framesPerBuffer) {
     }
     const bool finished = LibraryThread::instance().run(
         [stream = m_stream, sample, framesPerBuffer] { openNow(stream, sample, framesPerBuffer); },
-        callDeadline);
+        openDeadline);
     m_open = finished && m_stream->stream != nullptr;
     return m_open;
 }
@@ -154,7 +154,7 @@ bool InputStream::start() {
                 park(stream);
             }
         },
-        callDeadline);
+        openDeadline);
     return finished && m_stream->started;
 }
 

@@ -12,8 +12,11 @@ class QSample;
 /// server has gone is parked: no call of the library reaches it again, nor is the library ended. GUI thread.
 class InputStream {
 public:
-    /// How long a call may keep the caller waiting.
-    static constexpr std::chrono::milliseconds callDeadline{800};
+    /// How long starting PortAudio, opening and starting may keep the caller waiting: on a machine with many
+    /// devices, or a busy one, the library takes seconds to look at them.
+    static constexpr std::chrono::milliseconds openDeadline{3000};
+    /// How long a close may.
+    static constexpr std::chrono::milliseconds closeDeadline{800};
     /// A stream on a server that brings no buffer for so long is closed only after the server has answered.
     static constexpr std::chrono::milliseconds bufferWithin{400};
 
@@ -33,7 +36,7 @@ public:
     bool start();
     /// Stops and closes the stream and ends PortAudio. With `wait` 0 it returns at once. False if the stream
     /// is parked, or if the deadline passed first: PortAudio is then blocked until the library comes back.
-    bool close(std::chrono::milliseconds wait = callDeadline);
+    bool close(std::chrono::milliseconds wait = closeDeadline);
 
 private:
     struct Stream; // what the library's thread works on

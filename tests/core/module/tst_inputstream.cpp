@@ -238,7 +238,7 @@ private Q_SLOTS:
         for (const auto& stream : streams) {
             QVERIFY(!stream->close());
         }
-        QVERIFY(clock.elapsed() < 2 * InputStream::callDeadline.count());
+        QVERIFY(clock.elapsed() < 2 * InputStream::closeDeadline.count());
         library().hang = false;
         QTRY_VERIFY(!PortAudioSession::blocked());
     }

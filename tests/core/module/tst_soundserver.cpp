@@ -222,7 +222,8 @@ private Q_SLOTS:
                      clock.start();
                      STEP(1, !rig.stream->start());
                      STEP(2, !rig.stream->close());
-                     STEP(3, clock.elapsed() < 2 * InputStream::callDeadline.count());
+                     STEP(3, clock.elapsed() <
+                                 (InputStream::openDeadline + 2 * InputStream::closeDeadline).count());
                      library().server = FakePortAudio::Runs;
                      STEP(4, QTest::qWaitFor([] { return !PortAudioSession::blocked(); }));
                      STEP(5, rig.opened->closed && library().initialised == 0);
