@@ -1,5 +1,6 @@
 #include "librarythread.h"
 
+#include "state/libraryturn.h"
 #include "state/portaudiosession.h"
 
 #include <thread>
@@ -34,7 +35,10 @@ void LibraryThread::serve() {
         const std::shared_ptr<Job> job = std::move(m_jobs.front());
         m_jobs.pop_front();
         lock.unlock();
-        job->call();
+        {
+            const LibraryTurn turn;
+            job->call();
+        }
         job->call = nullptr; // what it kept alive goes here
         lock.lock();
         job->done = true;

@@ -1,6 +1,7 @@
 #include "qmidiin.h"
 
 #include "state/jackclients.h"
+#include "state/libraryturn.h"
 #include "state/quieterroroutput.h"
 
 #include <QDateTime>
@@ -57,6 +58,7 @@ QMidiIn::~QMidiIn() {
 }
 
 QStringList QMidiIn::devices() {
+    const LibraryTurn turn;
     const QuietErrorOutput quiet;
     QStringList ports;
     for (const RtMidi::Api api : interfaces()) {
@@ -86,6 +88,7 @@ void QMidiIn::open(const QString& port) {
     if (m_interface == RtMidi::UNSPECIFIED) {
         devices();
     }
+    const LibraryTurn turn;
     const QuietErrorOutput quiet;
     std::unique_ptr<RtMidiIn> input = makeInput(static_cast<RtMidi::Api>(m_interface));
     if (input == nullptr || number >= input->getPortCount()) {
@@ -112,6 +115,7 @@ void QMidiIn::close() {
     if (m_input == nullptr) {
         return;
     }
+    const LibraryTurn turn;
     const QuietErrorOutput quiet;
     // The library's thread reads the callback anew for each message. Cancelling it while the port still
     // brings messages would take it away between the test and the call; so the port goes first, and with the

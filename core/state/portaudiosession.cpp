@@ -1,6 +1,7 @@
 #include "portaudiosession.h"
 
 #include "jackclients.h"
+#include "libraryturn.h"
 #include "quieterroroutput.h"
 
 #include <portaudio.h>
@@ -10,19 +11,29 @@
 namespace {
 
 std::atomic<int> blocks{0};
+constexpr std::chrono::milliseconds patience{
+    3000}; // what another library's call may keep the GUI thread waiting
 
 } // namespace
 
 PortAudioSession::PortAudioSession() {
     guardJackClients();
-    if (!blocked()) {
+    if (blocked()) {
+        return;
+    }
+    const LibraryTurn turn(patience);
+    if (turn.taken() && !blocked()) {
         const QuietErrorOutput quiet;
         m_ok = Pa_Initialize() == paNoError;
     }
 }
 
 PortAudioSession::~PortAudioSession() {
-    if (m_ok && !blocked()) {
+    if (!m_ok || blocked()) {
+        return;
+    }
+    const LibraryTurn turn(patience);
+    if (turn.taken() && !blocked()) {
         const QuietErrorOutput quiet;
         Pa_Terminate();
     }

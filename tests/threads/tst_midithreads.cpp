@@ -68,7 +68,7 @@ private Q_SLOTS:
         });
         {
             const MidiThread thread;
-            for (int i = 0; i < sessions; ++i) {
+            for (int i = 0; i < sessions || (cuts.load() == 0 && i < 100 * sessions); ++i) {
                 setting.setCrossFaderRight(i % 2 == 0 ? 126 : 127);
                 midi.setObject(ObjectMidi(0, i % 4 == 3 ? 9 : 8)); // now and then one that nobody moves
                 QMetaObject::invokeMethod(thread.worker(), &WorkerMidiObject::startRun, Qt::QueuedConnection);
