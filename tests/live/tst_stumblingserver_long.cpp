@@ -17,7 +17,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class tst_StumblingServer : public QObject {
+class tst_StumblingServer_long : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void lookingForDevicesOutlivesIt() {
@@ -63,5 +63,5 @@ private Q_SLOTS:
     }
 };
 
-GRAMO_TEST_MAIN(tst_StumblingServer)
-#include "tst_stumblingserver.moc"
+GRAMO_TEST_MAIN(tst_StumblingServer_long)
+#include "tst_stumblingserver_long.moc"
